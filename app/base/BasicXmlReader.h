@@ -1,0 +1,20 @@
+// What the program's XML readers share: reporting failures and taking an element's text.
+#pragma once
+
+#include <QString>
+#include <QXmlStreamReader>
+
+/// A stream reader that logs why it gave up.
+class BasicXmlReader : public QXmlStreamReader
+{
+protected:
+    /// Logs "Xml reader failed: " and `message`, and ends parsing.
+    void _fail(const QString& message);
+
+    /// Reads on from an element's start to its end and gives the text between, whole, also where
+    /// comments or CDATA sections split it. An element inside fails the read.
+    /// Returns whether the reader is free of errors.
+    bool _readNextText(QString& text);
+
+    int m_errorCode = 0;
+};

@@ -1,0 +1,30 @@
+// The owner of the task store.
+#pragma once
+
+#include "net/ITaskApiClientDelegate.h"
+#include "taskdb/TaskStorage.h"
+
+#include <boost/shared_ptr.hpp>
+
+/// Creates the store, lends it to the rest of the program and lets it go last. Reached through
+/// dynamic_singleton; interface thread.
+class TaskCore : private taskapi::ITaskApiClientDelegate
+{
+public:
+    TaskCore() = default;
+    ~TaskCore() override;
+    Q_DISABLE_COPY_MOVE(TaskCore)
+
+    /// Opens the user's database; any store held before is released.
+    [[nodiscard]] TaskStorage::ErrorType init();
+
+    /// The store; empty before init().
+    [[nodiscard]] const boost::shared_ptr<TaskStorage>& storage() const { return m_storage; }
+
+private:
+    // Places to act on finished server requests; nothing is done with them yet.
+    void apiTaskCompleted(taskapi::TaskApiClient* client, taskapi::TaskApiRunnable* task) override;
+    void apiTaskFailed(taskapi::TaskApiClient* client, taskapi::TaskApiRunnable* task) override;
+
+    boost::shared_ptr<TaskStorage> m_storage;
+};

@@ -1,0 +1,7 @@
+#include "net/ITaskApiClientDelegate.h"
+
+namespace taskapi {
+
+ITaskApiClientDelegate::~ITaskApiClientDelegate() = default;
+
+} // namespace taskapi

@@ -1,0 +1,167 @@
+#include "taskdb/FocusGroup.h"
+
+#include "taskdb/SharedStorage.h"
+#include "taskdb/TaskStorage.h"
+
+struct FocusGroup::Data : QSharedData
+{
+    Id id;
+    QString name;
+    QString iconName;
+    TaskIdList tasks;
+};
+
+FocusGroup::FocusGroup()
+{
+    static const QSharedDataPointer<Data> emptyRecord(new Data);
+    d = emptyRecord;
+}
+
+FocusGroup::FocusGroup(const FocusGroup& other) = default;
+FocusGroup::FocusGroup(FocusGroup&& other) noexcept = default;
+FocusGroup::~FocusGroup() = default;
+FocusGroup& FocusGroup::operator=(const FocusGroup& other) = default;
+FocusGroup& FocusGroup::operator=(FocusGroup&& other) noexcept = default;
+
+void FocusGroup::create()
+{
+    clear();
+    d->id = Id::createUuid();
+}
+
+void FocusGroup::clear()
+{
+    const QString iconName = d.constData()->iconName;
+    *this = FocusGroup();
+    if (!iconName.isEmpty())
+        d->iconName = iconName;
+}
+
+bool FocusGroup::load(QStringView id, const QString& name)
+{
+    clear();
+    d->id = Id::fromString(id);
+    d->name = name;
+    return !d->id.isNull();
+}
+
+FocusGroup::Id FocusGroup::id() const
+{
+    return d->id;
+}
+
+QString FocusGroup::name() const
+{
+    return d->name;
+}
+
+QString FocusGroup::iconName() const
+{
+    return d->iconName;
+}
+
+const TaskIdList& FocusGroup::tasks() const
+{
+    return d->tasks;
+}
+
+bool FocusGroup::isCustom() const
+{
+    return TaskStorage::isCustom(d->id);
+}
+
+bool FocusGroup::contains(const TodoTask::Id& taskId) const
+{
+    return d->tasks.contains(taskId);
+}
+
+void FocusGroup::rename(const QString& name)
+{
+    if (!_rename(name))
+        return;
+    if (TaskStorage* storage = sharedStorage())
+        storage->renameGroup(id(), name);
+}
+
+void FocusGroup::setIconName(const QString& iconName)
+{
+    if (!_setIconName(iconName))
+        return;
+    if (TaskStorage* storage = sharedStorage())
+        storage->setGroupIcon(id(), iconName);
+}
+
+void FocusGroup::add(const TodoTask::Id& taskId)
+{
+    if (!_add(taskId))
+        return;
+    if (TaskStorage* storage = sharedStorage())
+        storage->addTask(id(), taskId);
+}
+
+void FocusGroup::remove(const TodoTask::Id& taskId, bool skipTrash)
+{
+    if (taskId.isNull())
+        return;
+    _remove(taskId);
+    if (TaskStorage* storage = sharedStorage())
+        storage->removeTask(id(), taskId, skipTrash);
+}
+
+void FocusGroup::move(const TodoTask::Id& taskId, const Id& toGroupId)
+{
+    if (taskId.isNull() || toGroupId.isNull())
+        return;
+    _remove(taskId);
+    if (TaskStorage* storage = sharedStorage())
+        storage->moveTasks(id(), toGroupId, {taskId});
+}
+
+void FocusGroup::reorder(const TodoTask::Id& anchorId, bool before,
+                         const QList<TodoTask::Id>& taskIds)
+{
+    _reorder(anchorId, before, taskIds);
+    if (TaskStorage* storage = sharedStorage())
+        storage->reorderTasks(id(), anchorId, before, taskIds);
+}
+
+// The comparisons read through constData(): a mere look must not detach a shared record.
+
+bool FocusGroup::_rename(const QString& name)
+{
+    if (d.constData()->name == name)
+        return false;
+    d->name = name;
+    return true;
+}
+
+bool FocusGroup::_setIconName(const QString& iconName)
+{
+    if (d.constData()->iconName == iconName)
+        return false;
+    d->iconName = iconName;
+    return true;
+}
+
+bool FocusGroup::_add(const TodoTask::Id& taskId)
+{
+    if (taskId.isNull() || contains(taskId))
+        return false;
+    return d->tasks.append(taskId);
+}
+
+bool FocusGroup::_remove(const TodoTask::Id& taskId)
+{
+    return std::as_const(*this).contains(taskId) && d->tasks.remove(taskId);
+}
+
+void FocusGroup::_removeAll()
+{
+    d->tasks.clear();
+}
+
+void FocusGroup::_reorder(const TodoTask::Id& anchorId, bool before,
+                          const QList<TodoTask::Id>& taskIds)
+{
+    d->tasks.reorder(anchorId, before, taskIds);
+}

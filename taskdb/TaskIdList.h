@@ -1,0 +1,85 @@
+// The ordered list of a group's tasks.
+#pragma once
+
+#include <QHash>
+#include <QList>
+#include <QUuid>
+
+#include <iterator>
+
+/// An ordered list of identifiers without duplicates or null identifiers, as an implicitly shared
+/// value. Copying takes constant time; membership is O(1); changing one entry costs O(sqrt n) at
+/// most, also right after a copy was taken: only the touched blocks are duplicated.
+class TaskIdList
+{
+    struct Block
+    {
+        quint32 number = 0;
+        QList<QUuid> ids;
+    };
+
+public:
+    /// Visits the identifiers in order; invalidated by any change of the list.
+    class const_iterator
+    {
+    public:
+        using iterator_category = std::forward_iterator_tag;
+        using value_type = QUuid;
+        using difference_type = qptrdiff;
+        using pointer = const QUuid*;
+        using reference = const QUuid&;
+
+        const_iterator() = default;
+        reference operator*() const { return m_blocks->at(m_block).ids.at(m_pos); }
+        pointer operator->() const { return &**this; }
+        const_iterator& operator++();
+        const_iterator operator++(int);
+        bool operator==(const const_iterator& other) const = default;
+
+    private:
+        friend class TaskIdList;
+        const_iterator(const QList<Block>* blocks, qsizetype block)
+            : m_blocks(blocks)
+            , m_block(block)
+        {
+        }
+
+        const QList<Block>* m_blocks = nullptr;
+        qsizetype m_block = 0;
+        qsizetype m_pos = 0;
+    };
+
+    [[nodiscard]] qsizetype size() const { return m_size; }
+    [[nodiscard]] bool isEmpty() const { return m_size == 0; }
+    [[nodiscard]] bool contains(const QUuid& id) const;
+    [[nodiscard]] QList<QUuid> toList() const;
+    [[nodiscard]] const_iterator begin() const { return {&m_blocks, 0}; }
+    [[nodiscard]] const_iterator end() const { return {&m_blocks, m_blocks.size()}; }
+
+    /// Appends unless null or present; returns whether the list changed.
+    bool append(const QUuid& id);
+    /// Returns whether the identifier was there.
+    bool remove(const QUuid& id);
+    void clear();
+
+    /// Takes the given identifiers out and puts them back as one block, in their given order,
+    /// directly before or after the anchor. Without the anchor among the rest they stay out.
+    /// Does nothing for a null anchor or an empty list.
+    void reorder(const QUuid& anchor, bool before, const QList<QUuid>& ids);
+
+private:
+    using Shard = QHash<QUuid, quint32>;
+
+    [[nodiscard]] qsizetype _shardOf(const QUuid& id) const;
+    [[nodiscard]] qsizetype _blockAt(quint32 number) const;
+    void _index(const QUuid& id, quint32 number);
+    void _grow();
+    void _mergeSmall(qsizetype block);
+    void _splitLarge(qsizetype block);
+    void _insertAt(qsizetype block, qsizetype pos, const QList<QUuid>& ids);
+
+    QList<Block> m_blocks; // none of them empty
+    QList<Shard> m_shards; // identifier to the number of its block, spread by hash
+    qsizetype m_size = 0;
+    quint32 m_nextNumber = 0;
+};

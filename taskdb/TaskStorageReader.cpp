@@ -1,0 +1,185 @@
+#include "taskdb/TaskStorageReader.h"
+
+#include "app/base/LogHelper.h"
+
+#include <array>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+constexpr uint supportedVersion = 1;
+}
+
+TaskStorageReader::TaskStorageReader(TaskStorage* store)
+    : m_store(store)
+{
+}
+
+TaskStorage::ErrorType TaskStorageReader::read(QIODevice* device)
+{
+    if (!device)
+        return TaskStorage::ReadFailure;
+    setDevice(device);
+    while (!atEnd()) {
+        if (readNext() != StartElement)
+            continue;
+        if (name() == u"taskdb")
+            _readRoot();
+        else
+            _fail({});
+    }
+    if (!hasError())
+        return TaskStorage::NoError;
+    if (error() != CustomError) {
+        MVR_LOG_ERR(u"Xml reader failed: "_s + errorString() + u" (line "_s +
+                    QString::number(lineNumber()) + u", column "_s +
+                    QString::number(columnNumber()) + u')');
+    }
+    return m_errorCode != 0 ? static_cast<TaskStorage::ErrorType>(m_errorCode)
+                            : TaskStorage::ReadFailure;
+}
+
+void TaskStorageReader::_readRoot()
+{
+    if (!_checkVersion()) {
+        _fail({});
+        return;
+    }
+    while (readNextStartElement()) {
+        if (name() == u"groups")
+            _readGroups();
+        else if (name() == u"todos")
+            _readTasks();
+        else
+            skipCurrentElement();
+    }
+}
+
+/// Whether this program reads files of the root element's version; logs and sets the error code
+/// where it does not.
+bool TaskStorageReader::_checkVersion()
+{
+    const QXmlStreamAttributes rootAttributes = attributes();
+    if (!rootAttributes.hasAttribute("version"_L1)) {
+        MVR_LOG_ERR(u"Database version is missing"_s);
+        m_errorCode = TaskStorage::CorruptedVersion;
+        return false;
+    }
+    const QStringView text = rootAttributes.value("version"_L1);
+    bool ok = false;
+    const uint version = text.toUInt(&ok, 10);
+    if (!ok) {
+        MVR_LOG_ERR(u"Database version is corrupted: \""_s + text + u'"');
+        m_errorCode = TaskStorage::CorruptedVersion;
+        return false;
+    }
+    if (version > supportedVersion) {
+        MVR_LOG_ERR(u"Database version is not supported. (Reader ver - "_s +
+                    QString::number(supportedVersion) + u"; Database ver - "_s +
+                    QString::number(version) + u')');
+        m_errorCode = TaskStorage::NewerVersion;
+        return false;
+    }
+    return true;
+}
+
+void TaskStorageReader::_readGroups()
+{
+    while (readNextStartElement()) {
+        if (name() == u"g")
+            _readGroup();
+        else
+            skipCurrentElement();
+    }
+}
+
+void TaskStorageReader::_readGroup()
+{
+    const QXmlStreamAttributes groupAttributes = attributes();
+    const QStringView groupName = groupAttributes.value("name"_L1);
+    const QStringView idText = groupAttributes.value("id"_L1);
+    if (groupName.isEmpty() || idText.isEmpty()) {
+        MVR_LOG_ERR(u"Group is missing attributes: name or id"_s);
+        _fail({});
+        return;
+    }
+    FocusGroup group;
+    if (!group.load(idText, groupName.toString())) {
+        _fail({});
+        return;
+    }
+    const FocusGroup::Id id = group.id();
+    // Moved in: a copy held here would have every membership below duplicate the group.
+    m_store->_addGroup(std::exchange(group, {}));
+
+    while (readNextStartElement()) {
+        if (name() == u"tid") {
+            if (_readNextText(m_text))
+                m_store->addTask(id, TodoTask::Id::fromString(m_text));
+        } else if (name() == u"icon") {
+            if (_readNextText(m_text))
+                m_store->_setGroupIcon(id, QString(m_text.constData(), m_text.size()));
+        } else {
+            skipCurrentElement();
+        }
+    }
+}
+
+void TaskStorageReader::_readTasks()
+{
+    while (readNextStartElement()) {
+        if (name() == u"t")
+            _readTask();
+        else
+            skipCurrentElement();
+    }
+}
+
+void TaskStorageReader::_readTask()
+{
+    m_task.clear();
+    while (readNextStartElement()) {
+        if (QString* text = _textFor(name()))
+            _readNextText(*text);
+        else
+            skipCurrentElement();
+    }
+    if (hasError())
+        return;
+    TodoTask task;
+    if (!task.load(m_task.id, m_task.name, m_task.notes, m_task.completed, m_task.due,
+                   m_task.created, m_task.completedAt, m_task.deletedAt)) {
+        _fail({});
+        return;
+    }
+    m_store->_addTask(task);
+}
+
+QString* TaskStorageReader::_textFor(QStringView element)
+{
+    const std::array<std::pair<QStringView, QString*>, 8> known{{
+        {u"id", &m_task.id},
+        {u"name", &m_task.name},
+        {u"notes", &m_task.notes},
+        {u"completed", &m_task.completed},
+        {u"due", &m_task.due},
+        {u"tcrt", &m_task.created},
+        {u"tcmpl", &m_task.completedAt},
+        {u"tdel", &m_task.deletedAt},
+    }};
+    for (const auto& [name, text] : known) {
+        if (element == name)
+            return text;
+    }
+    return nullptr;
+}
+
+void TaskStorageReader::TaskTexts::clear()
+{
+    // The record shares these two; the others are only parsed.
+    name = QString();
+    notes = QString();
+    for (QString* text : {&id, &completed, &due, &created, &completedAt, &deletedAt})
+        text->resize(0);
+}

@@ -1,0 +1,220 @@
+#include "taskdb/TodoTask.h"
+
+#include "app/base/Clock.h"
+#include "taskdb/SharedStorage.h"
+#include "taskdb/TaskStorage.h"
+
+using namespace Qt::StringLiterals;
+
+struct TodoTask::Data : QSharedData
+{
+    Id id;
+    QString name;
+    QString notes;
+    RawTimes times{noTime, noTime, noTime, noTime};
+    bool completed = false;
+};
+
+namespace {
+
+qint64 toRaw(const QDateTime& time)
+{
+    return time.isValid() ? time.toMSecsSinceEpoch() : TodoTask::noTime;
+}
+
+QDateTime fromRaw(qint64 time)
+{
+    return time == TodoTask::noTime ? QDateTime() : QDateTime::fromMSecsSinceEpoch(time);
+}
+
+/// Reads a time; text that is no time leaves it as it is.
+void loadTime(QStringView text, qint64& time)
+{
+    // Beyond this many milliseconds a calendar date may not exist any more.
+    constexpr qint64 surelyValid = Q_INT64_C(8'000'000'000'000'000);
+
+    bool ok = false;
+    const qint64 value = text.toLongLong(&ok, 10);
+    if (!ok)
+        return;
+    const bool valid = (value > -surelyValid && value < surelyValid) || fromRaw(value).isValid();
+    if (valid)
+        time = value;
+}
+
+} // namespace
+
+TodoTask::TodoTask()
+{
+    static const QSharedDataPointer<Data> emptyRecord(new Data);
+    d = emptyRecord;
+}
+
+TodoTask::TodoTask(const TodoTask& other) = default;
+TodoTask::TodoTask(TodoTask&& other) noexcept = default;
+TodoTask::~TodoTask() = default;
+TodoTask& TodoTask::operator=(const TodoTask& other) = default;
+TodoTask& TodoTask::operator=(TodoTask&& other) noexcept = default;
+
+void TodoTask::create()
+{
+    clear();
+    d->id = Id::createUuid();
+    d->times.created = Clock::nowMs();
+}
+
+void TodoTask::clear()
+{
+    *this = TodoTask();
+}
+
+bool TodoTask::load(QStringView id, const QString& name, const QString& notes,
+                    QStringView completed, QStringView due, QStringView created,
+                    QStringView completedAt, QStringView deletedAt)
+{
+    d = new Data;
+    d->id = Id::fromString(id);
+    d->name = name;
+    d->notes = notes;
+    d->completed = completed == u"yes";
+    loadTime(due, d->times.due);
+    loadTime(created, d->times.created);
+    loadTime(completedAt, d->times.completed);
+    loadTime(deletedAt, d->times.deleted);
+    if (d->times.created == noTime)
+        d->times.created = Clock::nowMs();
+    return !d->id.isNull();
+}
+
+TodoTask::Id TodoTask::id() const
+{
+    return d->id;
+}
+
+QString TodoTask::name() const
+{
+    return d->name;
+}
+
+QString TodoTask::notes() const
+{
+    return d->notes;
+}
+
+bool TodoTask::completed() const
+{
+    return d->completed;
+}
+
+QDateTime TodoTask::timeDue() const
+{
+    return fromRaw(d->times.due);
+}
+
+QDateTime TodoTask::timeCreated() const
+{
+    return fromRaw(d->times.created);
+}
+
+QDateTime TodoTask::timeCompleted() const
+{
+    return fromRaw(d->times.completed);
+}
+
+QDateTime TodoTask::timeDeleted() const
+{
+    return fromRaw(d->times.deleted);
+}
+
+TodoTask::RawTimes TodoTask::rawTimes() const
+{
+    return d->times;
+}
+
+bool TodoTask::empty() const
+{
+    return d->name.isEmpty() && d->notes.isEmpty() && d->times.due == noTime;
+}
+
+int TodoTask::daysToEvent() const
+{
+    if (d->times.due == noTime)
+        return noDueDate;
+    return static_cast<int>(Clock::now().daysTo(timeDue()));
+}
+
+QString TodoTask::toString() const
+{
+    const QString notes = d->notes.trimmed();
+    const QString name = d->name.trimmed();
+    return notes.isEmpty() ? name : QString(name + u" ("_s + notes + u')');
+}
+
+void TodoTask::rename(const QString& name)
+{
+    if (!_rename(name))
+        return;
+    if (TaskStorage* storage = sharedStorage())
+        storage->renameTask(d->id, name);
+}
+
+void TodoTask::setNotes(const QString& notes)
+{
+    if (!_setNotes(notes))
+        return;
+    if (TaskStorage* storage = sharedStorage())
+        storage->attachNotesToTask(d->id, notes);
+}
+
+void TodoTask::setTimeDue(const QDateTime& time)
+{
+    if (!_setTimeDue(time))
+        return;
+    if (TaskStorage* storage = sharedStorage())
+        storage->setTaskDueTime(d->id, time);
+}
+
+void TodoTask::setCompleted(bool completed)
+{
+    const QDateTime time = completed ? Clock::now() : QDateTime();
+    if (!_setCompleted(completed, time))
+        return;
+    if (TaskStorage* storage = sharedStorage())
+        storage->completeTask(d->id, completed, time);
+}
+
+// The comparisons read through constData(): a mere look must not detach a shared record.
+
+bool TodoTask::_rename(const QString& name)
+{
+    if (d.constData()->name == name)
+        return false;
+    d->name = name;
+    return true;
+}
+
+bool TodoTask::_setNotes(const QString& notes)
+{
+    if (d.constData()->notes == notes)
+        return false;
+    d->notes = notes;
+    return true;
+}
+
+bool TodoTask::_setTimeDue(const QDateTime& time)
+{
+    const qint64 raw = toRaw(time);
+    if (d.constData()->times.due == raw)
+        return false;
+    d->times.due = raw;
+    return true;
+}
+
+bool TodoTask::_setCompleted(bool completed, const QDateTime& time)
+{
+    if (d.constData()->completed == completed)
+        return false;
+    d->completed = completed;
+    d->times.completed = toRaw(time);
+    return true;
+}
