@@ -42,7 +42,7 @@ bool TaskIdList::append(const QUuid& id)
     if (id.isNull() || contains(id))
         return false;
     if (m_blocks.isEmpty() || m_blocks.constLast().ids.size() >= blockSize)
-        m_blocks.append({m_nextNumber++, {}});
+        m_blocks.append(Block{m_nextNumber++, {}});
     Block& last = m_blocks.last();
     last.ids.append(id);
     ++m_size;
@@ -163,7 +163,7 @@ void TaskIdList::_splitLarge(qsizetype block)
     QList<Block> pieces;
     for (qsizetype start = 0; start < all.size(); start += blockSize / 2) {
         const quint32 number = start == 0 ? m_blocks.at(block).number : m_nextNumber++;
-        pieces.append({number, all.mid(start, blockSize / 2)});
+        pieces.append(Block{number, all.mid(start, blockSize / 2)});
         for (const QUuid& id : pieces.constLast().ids)
             _index(id, number);
     }

@@ -1,0 +1,25 @@
+// The program's log, caught by a test.
+#pragma once
+
+#include <QStringList>
+#include <QTemporaryDir>
+
+/// Sends the log to a file of its own and reads it back. A test takes the lines it expects and
+/// checks at its end that none are left.
+class LogWatch
+{
+public:
+    LogWatch();
+    ~LogWatch();
+    Q_DISABLE_COPY_MOVE(LogWatch)
+
+    /// The lines since the last call, as "Severity message", without time and source location.
+    [[nodiscard]] QStringList take();
+    /// The same lines as they stand in the file.
+    [[nodiscard]] QStringList takeRaw();
+    [[nodiscard]] QString path() const;
+
+private:
+    QTemporaryDir m_dir;
+    qint64 m_read = 0;
+};
