@@ -1,5 +1,6 @@
 #include "taskdb/FocusGroup.h"
 
+#include "taskdb/IdText.h"
 #include "taskdb/SharedStorage.h"
 #include "taskdb/TaskStorage.h"
 
@@ -40,7 +41,7 @@ void FocusGroup::clear()
 bool FocusGroup::load(QStringView id, const QString& name)
 {
     clear();
-    d->id = Id::fromString(id);
+    d->id = idFromText(id);
     d->name = name;
     return !d->id.isNull();
 }
@@ -145,8 +146,6 @@ bool FocusGroup::_setIconName(const QString& iconName)
 
 bool FocusGroup::_add(const TodoTask::Id& taskId)
 {
-    if (taskId.isNull() || contains(taskId))
-        return false;
     return d->tasks.append(taskId);
 }
 

@@ -39,14 +39,20 @@ QList<QUuid> TaskIdList::toList() const
 
 bool TaskIdList::append(const QUuid& id)
 {
-    if (id.isNull() || contains(id))
+    if (id.isNull())
+        return false;
+    _growFor(m_size + 1);
+    Shard& shard = m_shards[_shardOf(id)];
+    const qsizetype known = shard.size();
+    quint32& number = shard[id];
+    if (shard.size() == known)
         return false;
     if (m_blocks.isEmpty() || m_blocks.constLast().ids.size() >= blockSize)
         m_blocks.append(Block{m_nextNumber++, {}});
     Block& last = m_blocks.last();
     last.ids.append(id);
+    number = last.number;
     ++m_size;
-    _index(id, last.number);
     return true;
 }
 
@@ -92,9 +98,9 @@ void TaskIdList::reorder(const QUuid& anchor, bool before, const QList<QUuid>& i
     for (const QUuid& id : ids) {
         if (id.isNull() || contains(id))
             continue;
+        _growFor(++m_size);
         _index(id, number);
         moved.append(id);
-        ++m_size;
     }
     _insertAt(block, pos, moved);
 }
@@ -116,15 +122,19 @@ qsizetype TaskIdList::_blockAt(quint32 number) const
 
 void TaskIdList::_index(const QUuid& id, quint32 number)
 {
-    if (m_size >= m_shards.size() * shardLoad)
-        _grow();
     m_shards[_shardOf(id)].insert(id, number);
 }
 
-void TaskIdList::_grow()
+void TaskIdList::_growFor(qsizetype size)
 {
+    if (size <= m_shards.size() * shardLoad)
+        return;
     const QList<Shard> old = std::exchange(m_shards, {});
-    m_shards.resize(qMax(qsizetype{1}, old.size() * 2));
+    m_shards.resize(qMax(qsizetype{1}, old.size() * 4));
+    if (m_shards.size() > 1) {
+        for (Shard& shard : m_shards)
+            shard.reserve(shardLoad / 2);
+    }
     for (const Shard& shard : old) {
         for (auto it = shard.cbegin(); it != shard.cend(); ++it)
             m_shards[_shardOf(it.key())].insert(it.key(), it.value());

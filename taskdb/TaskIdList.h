@@ -73,7 +73,7 @@ private:
     [[nodiscard]] qsizetype _shardOf(const QUuid& id) const;
     [[nodiscard]] qsizetype _blockAt(quint32 number) const;
     void _index(const QUuid& id, quint32 number);
-    void _grow();
+    void _growFor(qsizetype size);
     void _mergeSmall(qsizetype block);
     void _splitLarge(qsizetype block);
     void _insertAt(qsizetype block, qsizetype pos, const QList<QUuid>& ids);

@@ -437,6 +437,14 @@ void TaskStorage::_addTask(const TodoTask& task)
     m_tasks.insert(task);
 }
 
+void TaskStorage::_reserveTasks()
+{
+    qsizetype members = 0;
+    for (const FocusGroup& group : std::as_const(m_groups))
+        members += group.tasks().size();
+    m_tasks.reserve(members);
+}
+
 QList<FocusGroup::Id> TaskStorage::_groupIds() const
 {
     return QList<FocusGroup::Id>{ms_inboxId, ms_completedId, ms_trashId} + m_groupOrder;

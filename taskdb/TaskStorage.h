@@ -104,6 +104,8 @@ public:
     void _addGroup(const FocusGroup& group);
     void _setGroupIcon(const FocusGroup::Id& groupId, const QString& iconName);
     void _addTask(const TodoTask& task);
+    /// Makes room for the tasks that the groups list.
+    void _reserveTasks();
 
 Q_SIGNALS:
     /// A task's fields changed.

@@ -1,6 +1,7 @@
 #include "taskdb/TaskStorageReader.h"
 
 #include "app/base/LogHelper.h"
+#include "taskdb/IdText.h"
 
 #include <array>
 #include <utility>
@@ -116,7 +117,7 @@ void TaskStorageReader::_readGroup()
     while (readNextStartElement()) {
         if (name() == u"tid") {
             if (_readNextText(m_text))
-                m_store->addTask(id, TodoTask::Id::fromString(m_text));
+                m_store->addTask(id, idFromText(m_text));
         } else if (name() == u"icon") {
             if (_readNextText(m_text))
                 m_store->_setGroupIcon(id, QString(m_text.constData(), m_text.size()));
@@ -128,6 +129,7 @@ void TaskStorageReader::_readGroup()
 
 void TaskStorageReader::_readTasks()
 {
+    m_store->_reserveTasks();
     while (readNextStartElement()) {
         if (name() == u"t")
             _readTask();
@@ -158,19 +160,24 @@ void TaskStorageReader::_readTask()
 
 QString* TaskStorageReader::_textFor(QStringView element)
 {
-    const std::array<std::pair<QStringView, QString*>, 8> known{{
-        {u"id", &m_task.id},
-        {u"name", &m_task.name},
-        {u"notes", &m_task.notes},
-        {u"completed", &m_task.completed},
-        {u"due", &m_task.due},
-        {u"tcrt", &m_task.created},
-        {u"tcmpl", &m_task.completedAt},
-        {u"tdel", &m_task.deletedAt},
-    }};
-    for (const auto& [name, text] : known) {
-        if (element == name)
-            return text;
+    struct Known
+    {
+        QStringView name;
+        QString TaskTexts::*text;
+    };
+    static constexpr std::array known{
+        Known{u"id", &TaskTexts::id},
+        Known{u"name", &TaskTexts::name},
+        Known{u"notes", &TaskTexts::notes},
+        Known{u"completed", &TaskTexts::completed},
+        Known{u"due", &TaskTexts::due},
+        Known{u"tcrt", &TaskTexts::created},
+        Known{u"tcmpl", &TaskTexts::completedAt},
+        Known{u"tdel", &TaskTexts::deletedAt},
+    };
+    for (const Known& each : known) {
+        if (element == each.name)
+            return &(m_task.*each.text);
     }
     return nullptr;
 }

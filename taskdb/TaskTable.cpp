@@ -22,13 +22,14 @@ TodoTask* TaskTable::find(const TodoTask::Id& id)
 
 void TaskTable::insert(const TodoTask& task)
 {
-    if (TodoTask* known = find(task.id())) {
-        *known = task;
+    const qsizetype count = m_slots.size();
+    quint32& slot = m_slots[task.id()];
+    if (m_slots.size() == count) {
+        m_pages[slot / pageSize][slot % pageSize] = task;
         return;
     }
-    const auto slot = static_cast<quint32>(m_slots.size());
+    slot = static_cast<quint32>(count);
     if (slot % pageSize == 0)
         m_pages.append(Page());
     m_pages.last().append(task);
-    m_slots.insert(task.id(), slot);
 }

@@ -21,6 +21,8 @@ public:
     /// The record to change in place, or null; valid until the next call.
     [[nodiscard]] TodoTask* find(const TodoTask::Id& id);
     void insert(const TodoTask& task);
+    /// Makes room for so many records in all.
+    void reserve(qsizetype count) { m_slots.reserve(count); }
     /// A shared copy of all records.
     [[nodiscard]] const Pages& pages() const { return m_pages; }
 

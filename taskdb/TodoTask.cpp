@@ -1,6 +1,7 @@
 #include "taskdb/TodoTask.h"
 
 #include "app/base/Clock.h"
+#include "taskdb/IdText.h"
 #include "taskdb/SharedStorage.h"
 #include "taskdb/TaskStorage.h"
 
@@ -9,10 +10,10 @@ using namespace Qt::StringLiterals;
 struct TodoTask::Data : QSharedData
 {
     Id id;
+    bool completed = false; // in the gap before the strings: there may be very many records
     QString name;
     QString notes;
     RawTimes times{noTime, noTime, noTime, noTime};
-    bool completed = false;
 };
 
 namespace {
@@ -33,6 +34,8 @@ void loadTime(QStringView text, qint64& time)
     // Beyond this many milliseconds a calendar date may not exist any more.
     constexpr qint64 surelyValid = Q_INT64_C(8'000'000'000'000'000);
 
+    if (text.isEmpty())
+        return;
     bool ok = false;
     const qint64 value = text.toLongLong(&ok, 10);
     if (!ok)
@@ -73,7 +76,7 @@ bool TodoTask::load(QStringView id, const QString& name, const QString& notes,
                     QStringView completedAt, QStringView deletedAt)
 {
     d = new Data;
-    d->id = Id::fromString(id);
+    d->id = idFromText(id);
     d->name = name;
     d->notes = notes;
     d->completed = completed == u"yes";

@@ -17,6 +17,9 @@ bool BasicXmlReader::_readNextText(QString& text)
     while (!hasError()) {
         switch (readNext()) {
         case Characters:
+            // The usual text comes whole, and then takes just the memory it needs.
+            if (text.isEmpty() && text.capacity() < QXmlStreamReader::text().size())
+                text.reserve(QXmlStreamReader::text().size());
             text.append(QXmlStreamReader::text());
             break;
         case Comment:

@@ -21,10 +21,23 @@ class CheckedFile final : public QFile
 public:
     using QFile::QFile;
 
-    bool openForWriting()
+    /// Opens with the permissions of `model`, if there is such a file: what is to replace a
+    /// private file is private from its first byte.
+    bool openForWriting(const QString& model)
     {
         m_buffer.reserve(bufferSize + bufferSize / 4);
-        return open(WriteOnly | Truncate | Unbuffered);
+        constexpr OpenMode mode = WriteOnly | Truncate | Unbuffered;
+        if (!QFile::exists(model))
+            return open(mode);
+        // The "user" flags say what this process may do, which is no part of the file's mode.
+        constexpr Permissions ofProcess = ReadUser | WriteUser | ExeUser;
+        const Permissions kept = QFile::permissions(model) & ~ofProcess;
+        if (!open(mode, kept))
+            return false;
+        // Adds what the umask took. A file system without permissions is no reason to fail.
+        if (!setPermissions(kept))
+            unsetError();
+        return true;
     }
 
     /// Brings everything onto the disk and closes. Returns whether all of it got there.
@@ -130,7 +143,7 @@ bool CSafeFileUpdate::update() const
         const QString backup = m_path + u".bak"_s;
         if (entryExists(backup) && !QFile::remove(backup))
             return false;
-        if (!hardLink(m_path, backup) && !QFile::rename(m_path, backup))
+        if (!hardLink(m_path, backup) && !renameOver(m_path, backup))
             return false;
     }
     return renameOver(m_temporaryPath, m_path);
@@ -142,10 +155,8 @@ SafeWriteResult replaceFileSafely(const QString& path,
     const CSafeFileUpdate update(path);
     const QString& temporary = update.temporaryPath();
     CheckedFile file(temporary);
-    if (!file.openForWriting())
+    if (!file.openForWriting(path))
         return {ESafeWrite::openFailed, temporary};
-    if (QFile::exists(path))
-        file.setPermissions(QFile::permissions(path));
 
     const bool produced = produce(file);
     if (!file.finish() || !produced) {

@@ -29,8 +29,9 @@ bool LogHelper::init(const QString& path)
 void LogHelper::flush()
 {
     const QMutexLocker lock(&m_mutex);
-    if (isOpen())
-        QFile::flush();
+    // One call hands over one block of the buffer, which has more of them after a failed write.
+    while (isOpen() && QFile::flush() && bytesToWrite() > 0) {
+    }
 }
 
 QString LogHelper::located(const char* function, int line, const QString& text) const
@@ -50,18 +51,16 @@ void LogHelper::_common(ESeverity severity, const QString& text)
 void LogHelper::_write(const QDateTime& time, ESeverity severity, const QString& text)
 {
     // The milliseconds are not padded: 5 ms reads ".5".
-    const QString stamp =
-        time.toString(Qt::ISODate) + u'.' + QString::number(time.time().msec());
+    const QString stamp = time.toString(Qt::ISODate) + u'.' + QString::number(time.time().msec());
     QString line =
         _severityStr(severity).leftJustified(15) + u' ' + stamp.leftJustified(25) + u' ' + text;
     line.replace(u'\n', u'#');
-    const QByteArray bytes = line.toUtf8();
+    const QByteArray bytes = line.toUtf8() + '\n';
 
     const QMutexLocker lock(&m_mutex);
-    if (!isOpen())
-        return;
-    write(bytes);
-    write("\n", 1);
+    // One write, so that a full disk drops a whole line or none of it.
+    if (isOpen())
+        write(bytes);
 }
 
 QString LogHelper::_severityStr(ESeverity severity)

@@ -8,7 +8,13 @@
 
 namespace logging {
 
-enum ESeverity { critical = 0, warning = 1, information = 2, debug = 3 };
+enum ESeverity : int
+{
+    critical = 0,
+    warning = 1,
+    information = 2,
+    debug = 3
+};
 
 /// Appends lines to the log file. Any thread may log; lines never interleave. Without an open
 /// file every message is dropped.

@@ -2,8 +2,6 @@
 
 #include <QMutexLocker>
 
-#include <utility>
-
 namespace logging {
 
 namespace {
@@ -21,7 +19,7 @@ void LogStorage::add(const QDateTime& time, ESeverity severity, const QString& t
 
 bool LogStorage::isModified()
 {
-    return std::exchange(m_modified, false);
+    return m_modified.exchange(false);
 }
 
 QList<SLogMsg> LogStorage::messages() const

@@ -7,6 +7,8 @@
 #include <QList>
 #include <QMutex>
 
+#include <atomic>
+
 namespace logging {
 
 struct SLogMsg
@@ -22,7 +24,7 @@ class LogStorage
 public:
     void add(const QDateTime& time, ESeverity severity, const QString& text);
 
-    /// Whether anything was added since the last call. Takes no lock: one reading thread only.
+    /// Whether anything was added since the last call. Takes no lock.
     bool isModified();
 
     /// A shared copy of the messages, oldest first.
@@ -31,7 +33,7 @@ public:
 private:
     QList<SLogMsg> m_messages;
     mutable QMutex m_mutex;
-    bool m_modified = false;
+    std::atomic<bool> m_modified = false;
 };
 
 } // namespace logging

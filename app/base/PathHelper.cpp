@@ -10,8 +10,14 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-QString databaseName() { return u"database.xml"_s; }
-QString settingsName() { return u"settings.ini"_s; }
+QString databaseName()
+{
+    return u"database.xml"_s;
+}
+QString settingsName()
+{
+    return u"settings.ini"_s;
+}
 
 QString userFile(const QString& name)
 {
@@ -85,7 +91,7 @@ bool PathHelper::isDataFolderValid(const QString& folder)
 
 bool PathHelper::importData(const QString& fromFolder, const QString& toFolder)
 {
-    const QString target = toFolder.endsWith(u'/') ? toFolder : toFolder + u'/';
+    const QString target = QDir(toFolder).absolutePath() + u'/';
     if (!makePath(target))
         return false;
     for (const QString& name : {databaseName(), settingsName()}) {

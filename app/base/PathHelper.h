@@ -7,7 +7,10 @@
 class PathHelper
 {
 public:
-    enum EPath { UserDataFolder = 3 };
+    enum EPath : int
+    {
+        UserDataFolder = 3
+    };
 
     /// Path of the running program's file.
     [[nodiscard]] static QString executablePath();

@@ -4,6 +4,7 @@
 
 #include <QFile>
 #include <QRegularExpression>
+#include <QTest>
 
 using namespace Qt::StringLiterals;
 
@@ -15,6 +16,10 @@ LogWatch::LogWatch()
 
 LogWatch::~LogWatch()
 {
+    const QStringList unannounced = take();
+    if (!unannounced.isEmpty())
+        QTest::qFail(qPrintable(u"unexpected in the log: "_s + unannounced.join(u" / "_s)), __FILE__,
+                     __LINE__);
     dynamic_singleton<logging::LogHelper>::destroy();
 }
 

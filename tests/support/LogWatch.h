@@ -4,8 +4,8 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
-/// Sends the log to a file of its own and reads it back. A test takes the lines it expects and
-/// checks at its end that none are left.
+/// Sends the log to a file of its own and reads it back. A test takes the lines it expects; it
+/// fails when any are left at the end.
 class LogWatch
 {
 public:

@@ -1,0 +1,330 @@
+// The core's speed and memory, as ratios against the bare work in the same run.
+// Usage: bench_core DATABASE
+
+#include "app/base/CSafeFileUpdate.h"
+#include "app/base/Clock.h"
+#include "app/base/LogHelper.h"
+#include "taskdb/TaskStorage.h"
+#include "taskdb/TaskStorageReader.h"
+#include "taskdb/TaskStorageSnapsot.h"
+#include "taskdb/TaskStorageWriter.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+#include <QXmlStreamReader>
+#include <QXmlStreamWriter>
+
+#include <algorithm>
+#include <cstdio>
+#include <malloc.h>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString databasePath;
+
+bool load(TaskStorage& store)
+{
+    QFile file(databasePath);
+    return file.open(QIODevice::ReadOnly) &&
+           TaskStorageReader(&store).read(&file) == TaskStorage::NoError;
+}
+
+/// The benchmarks' store, loaded once.
+TaskStorage& loadedStore()
+{
+    static auto* store = [] {
+        auto* fresh = new TaskStorage({});
+        if (!load(*fresh))
+            qFatal("the database does not load");
+        return fresh;
+    }();
+    return *store;
+}
+
+const QList<TodoTask::Id>& taskIds()
+{
+    static const QList<TodoTask::Id> ids = [] {
+        TaskStorageSnapsot snapshot;
+        loadedStore().takeSnapshot(snapshot);
+        QList<TodoTask::Id> all;
+        for (const TodoTask& task : snapshot.tasks())
+            all.append(task.id());
+        std::shuffle(all.begin(), all.end(), QRandomGenerator(3));
+        return all;
+    }();
+    return ids;
+}
+
+void tokenLoop(benchmark::State& state)
+{
+    for (auto _ : state) {
+        QFile file(databasePath);
+        file.open(QIODevice::ReadOnly);
+        QXmlStreamReader reader(&file);
+        while (!reader.atEnd())
+            benchmark::DoNotOptimize(reader.readNext());
+    }
+}
+
+void loadDatabase(benchmark::State& state)
+{
+    // Kept to the end: a program loads into a fresh heap, not into one that a store was freed from.
+    static std::vector<std::unique_ptr<TaskStorage>> kept;
+    for (auto _ : state) {
+        kept.push_back(std::make_unique<TaskStorage>(QString()));
+        if (!load(*kept.back()))
+            state.SkipWithError("the database does not load");
+    }
+}
+
+/// Every string of the document, as the bare loop writes them.
+struct Strings
+{
+    struct Element
+    {
+        QString name;
+        QString text;
+        bool opens = false;
+        bool closes = false;
+        QXmlStreamAttributes attributes;
+    };
+    QList<Element> elements;
+
+    Strings()
+    {
+        QFile file(databasePath);
+        file.open(QIODevice::ReadOnly);
+        QXmlStreamReader reader(&file);
+        while (!reader.atEnd()) {
+            const auto token = reader.readNext();
+            if (token == QXmlStreamReader::StartElement) {
+                elements.append({reader.name().toString(), {}, true, false, reader.attributes()});
+            } else if (token == QXmlStreamReader::Characters) {
+                elements.last().text += reader.text();
+            } else if (token == QXmlStreamReader::EndElement) {
+                if (elements.constLast().opens && !elements.constLast().closes)
+                    elements.last().closes = true;
+                else
+                    elements.append({{}, {}, false, true, {}});
+            }
+        }
+    }
+};
+
+void writerLoop(benchmark::State& state)
+{
+    static const Strings strings;
+    const QTemporaryDir dir;
+    for (auto _ : state) {
+        QFile file(dir.filePath(u"bare.xml"_s));
+        file.open(QIODevice::WriteOnly);
+        QXmlStreamWriter writer(&file);
+        writer.writeStartDocument();
+        for (const Strings::Element& element : strings.elements) {
+            if (!element.opens) {
+                writer.writeEndElement();
+            } else if (element.closes && element.attributes.isEmpty()) {
+                writer.writeTextElement(element.name, element.text);
+            } else {
+                writer.writeStartElement(element.name);
+                writer.writeAttributes(element.attributes);
+                if (element.closes)
+                    writer.writeEndElement();
+            }
+        }
+        writer.writeEndDocument();
+        file.close();
+    }
+}
+
+/// What the commit thread does with its snapshot: write, sync to the disk, swap.
+void commitDatabase(benchmark::State& state)
+{
+    const QTemporaryDir dir;
+    for (auto _ : state) {
+        TaskStorageSnapsot snapshot;
+        loadedStore().takeSnapshot(snapshot);
+        const SafeWriteResult result =
+            replaceFileSafely(dir.filePath(u"database.xml"_s), [&snapshot](QIODevice& device) {
+                return TaskStorageWriter().write(&device, snapshot);
+            });
+        if (result.state != ESafeWrite::done)
+            state.SkipWithError("the commit failed");
+    }
+}
+
+void takeSnapshot(benchmark::State& state)
+{
+    TaskStorageSnapsot snapshot;
+    for (auto _ : state)
+        loadedStore().takeSnapshot(snapshot);
+}
+
+/// The worst change right after a snapshot: a task into the largest group.
+void changeAfterSnapshot(benchmark::State& state)
+{
+    TaskStorage& store = loadedStore();
+    TaskStorageSnapsot snapshot;
+    for (auto _ : state) {
+        state.PauseTiming();
+        store.takeSnapshot(snapshot);
+        benchmark::DoNotOptimize(snapshot.tasks().size());
+        state.ResumeTiming();
+        benchmark::DoNotOptimize(store.createTask(TaskStorage::ms_inboxId));
+    }
+}
+
+void renameTask(benchmark::State& state)
+{
+    TaskStorage& store = loadedStore();
+    const QList<TodoTask::Id>& ids = taskIds();
+    const std::array<QString, 2> names{u"One name"_s, u"Another name"_s};
+    qsizetype i = 0;
+    for (auto _ : state) {
+        const qsizetype round = i / ids.size();
+        store.renameTask(ids.at(i % ids.size()), names.at(static_cast<size_t>(round & 1)));
+        ++i;
+    }
+}
+
+void completeTask(benchmark::State& state)
+{
+    TaskStorage& store = loadedStore();
+    const QList<TodoTask::Id>& ids = taskIds();
+    const QDateTime time = Clock::now();
+    qsizetype i = 0;
+    for (auto _ : state) {
+        store.completeTask(ids.at(i % ids.size()), (i / ids.size()) % 2 == 0, time);
+        ++i;
+    }
+}
+
+void addTask(benchmark::State& state)
+{
+    TaskStorage store({});
+    load(store);
+    for (auto _ : state)
+        benchmark::DoNotOptimize(store.createTask(TaskStorage::ms_inboxId));
+}
+
+/// Bytes on the heap of a loaded store, against the bytes of the texts in it.
+std::pair<double, double> memory()
+{
+    const auto before = mallinfo2();
+    TaskStorage store({});
+    load(store);
+    const auto after = mallinfo2();
+    TaskStorageSnapsot snapshot;
+    store.takeSnapshot(snapshot);
+    qsizetype characters = 0;
+    for (const TodoTask& task : snapshot.tasks())
+        characters += task.name().size() + task.notes().size();
+    const auto used = [](const auto& info) {
+        return static_cast<double>(info.uordblks + info.hblkhd);
+    };
+    return {used(after) - used(before), static_cast<double>(characters * 2)};
+}
+
+/// Collects the fastest of the repeated runs of each benchmark, in milliseconds of processor and
+/// of wall-clock time.
+class Collector : public benchmark::ConsoleReporter
+{
+public:
+    void ReportRuns(const std::vector<Run>& runs) override
+    {
+        for (const Run& run : runs) {
+            if (run.run_type != Run::RT_Iteration)
+                continue;
+            const auto add = [&](std::map<std::string, double>& best, double seconds) {
+                const double ms = seconds / static_cast<double>(run.iterations) * 1e3;
+                auto [found, fresh] = best.try_emplace(run.run_name.function_name, ms);
+                if (!fresh)
+                    found->second = std::min(found->second, ms);
+            };
+            add(m_wall, run.real_accumulated_time);
+            add(m_cpu, run.cpu_accumulated_time);
+        }
+        ConsoleReporter::ReportRuns(runs);
+    }
+
+    [[nodiscard]] double cpu(const std::string& name) const { return valueIn(m_cpu, name); }
+    [[nodiscard]] double wall(const std::string& name) const { return valueIn(m_wall, name); }
+
+private:
+    static double valueIn(const std::map<std::string, double>& times, const std::string& name)
+    {
+        const auto found = times.find(name);
+        return found == times.end() ? 0 : found->second;
+    }
+
+    std::map<std::string, double> m_cpu;
+    std::map<std::string, double> m_wall;
+};
+
+struct Named
+{
+    const char* name;
+    void (*function)(benchmark::State&);
+};
+
+void line(const char* what, double figure, double limit, const char* unit)
+{
+    std::printf("%-46s %10.3f %-3s  at most %-7g %s\n", what, figure, unit, limit,
+                figure <= limit ? "yes" : "NO");
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    const QCoreApplication app(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    if (argc != 2) {
+        std::fputs("usage: bench_core [benchmark options] DATABASE\n", stderr);
+        return 2;
+    }
+    databasePath = QString::fromLocal8Bit(argv[1]);
+    const auto [heap, text] = memory();
+    (void)taskIds();
+
+    // In turn, so that a noisy moment of the machine hits both sides of a ratio.
+    for (int round = 0; round < 3; ++round) {
+        for (const auto& [name, function] : std::initializer_list<Named>{
+                 {"tokenLoop", tokenLoop}, {"loadDatabase", loadDatabase},
+                 {"writerLoop", writerLoop}, {"commitDatabase", commitDatabase}})
+            benchmark::RegisterBenchmark(name, function)->Unit(benchmark::kMillisecond);
+    }
+    for (const auto& [name, function] : std::initializer_list<Named>{
+             {"takeSnapshot", takeSnapshot}, {"renameTask", renameTask},
+             {"completeTask", completeTask}, {"addTask", addTask}})
+        benchmark::RegisterBenchmark(name, function)->Unit(benchmark::kMicrosecond);
+    benchmark::RegisterBenchmark("changeAfterSnapshot", changeAfterSnapshot)
+        ->Unit(benchmark::kMicrosecond)
+        ->Iterations(50);
+    Collector collector;
+    benchmark::RunSpecifiedBenchmarks(&collector);
+
+    std::printf("\n%lld tasks, %lld bytes of XML\n", static_cast<long long>(taskIds().size()),
+                static_cast<long long>(QFile(databasePath).size()));
+    line("load / bare token loop", collector.cpu("loadDatabase") / collector.cpu("tokenLoop"), 1.3,
+         "x");
+    line("commit / bare writer loop",
+         collector.wall("commitDatabase") / collector.wall("writerLoop"), 1.3, "x");
+    line("snapshot under the lock", collector.cpu("takeSnapshot"), 1, "ms");
+    line("first change after a snapshot", collector.cpu("changeAfterSnapshot"), 10, "ms");
+    line("store memory / text it holds (UTF-16)", heap / text, 3, "x");
+    line("rename", collector.cpu("renameTask") * 1e3, 3, "us");
+    line("complete", collector.cpu("completeTask") * 1e3, 3, "us");
+    line("add", collector.cpu("addTask") * 1e3, 3, "us");
+    return 0;
+}
