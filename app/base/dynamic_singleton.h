@@ -1,11 +1,12 @@
 // The program's singletons: made on first use, destroyed in one place, in a fixed order.
 #pragma once
 
-#include <memory>
+#include <utility>
 
 /// One process-wide instance of T.
 /// No lock guards the creation: instances that other threads use are created on the interface
-/// thread before those threads start.
+/// thread before those threads start. An instance that nobody destroys lives to the very end:
+/// at exit there is no order in which it could go safely.
 template <typename T>
 class dynamic_singleton
 {
@@ -14,7 +15,7 @@ public:
     static T& inst()
     {
         if (!s_instance)
-            s_instance.reset(new T);
+            s_instance = new T;
         return *s_instance;
     }
 
@@ -22,8 +23,8 @@ public:
     [[nodiscard]] static bool exists() { return s_instance != nullptr; }
 
     /// Deletes the instance, if there is one; a later inst() would make a new one.
-    static void destroy() { s_instance.reset(); }
+    static void destroy() { delete std::exchange(s_instance, nullptr); }
 
 private:
-    inline static std::unique_ptr<T> s_instance;
+    inline static T* s_instance = nullptr;
 };

@@ -1,0 +1,405 @@
+// The window as a user works with it, by mouse and keyboard, on a real store.
+
+#include "app/base/Clock.h"
+#include "app/base/PathHelper.h"
+#include "app/base/dynamic_singleton.h"
+#include "app/core/TaskCore.h"
+#include "tests/support/LogWatch.h"
+#include "tests/support/TemporaryHome.h"
+#include "ui/ActionsHelper.h"
+#include "ui/ElidedLabel.h"
+#include "ui/FocusGroupListWidget.h"
+#include "ui/FocusGroupWidget.h"
+#include "ui/MainWindow.h"
+#include "ui/TaskListWidget.h"
+#include "ui/TaskWidget.h"
+#include "ui/controls/FancyLineEdit.h"
+#include "ui/controls/TaskCheckbox.h"
+
+#include <QScrollBar>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+class MainWindowTest : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::unique_ptr<TemporaryHome> m_home;
+    std::unique_ptr<LogWatch> m_log;
+    std::unique_ptr<MainWindow> m_window;
+
+    TaskStorage& store() { return *dynamic_singleton<TaskCore>::inst().storage(); }
+    TaskListWidget& list() { return *m_window->taskList(); }
+    TaskWidget* row(qsizetype number) { return list().rowWidget(number); }
+
+    void addTasks(const QStringList& names, const FocusGroup::Id& group = TaskStorage::ms_inboxId)
+    {
+        for (const QString& name : names)
+            store().renameTask(store().createTask(group), name);
+        QCoreApplication::processEvents();
+    }
+
+    QString namesIn(const FocusGroup::Id& group)
+    {
+        QList<TodoTask::Id> ids;
+        store().enumGroup(group, ids);
+        QStringList names;
+        for (const TodoTask::Id& id : std::as_const(ids))
+            names += store().get(id).name();
+        return names.join(u',');
+    }
+
+    QString inbox() { return namesIn(TaskStorage::ms_inboxId); }
+
+    QString selected()
+    {
+        QStringList names;
+        for (qsizetype i = 0; i < list().rows().count(); ++i) {
+            if (list().rows().isSelected(i))
+                names += store().get(list().rows().idAt(i)).name();
+        }
+        return names.join(u',');
+    }
+
+    /// The rows as the list shows them.
+    QString shown()
+    {
+        QStringList names;
+        for (qsizetype i = 0; i < list().rows().count(); ++i)
+            names += row(i)->findChild<ElidedLabel*>()->text();
+        return names.join(u',');
+    }
+
+    QPoint middleOf(qsizetype number)
+    {
+        return row(number)->mapTo(list().viewport(), row(number)->rect().center());
+    }
+
+    void click(qsizetype number, Qt::KeyboardModifiers modifiers = {})
+    {
+        QTest::mouseClick(list().viewport(), Qt::LeftButton, modifiers, middleOf(number));
+    }
+
+    QPoint emptySpace() { return {20, list().viewport()->height() - 10}; }
+
+    void keys(const QString& text) { QTest::keyClicks(QApplication::focusWidget(), text); }
+    void key(Qt::Key which, Qt::KeyboardModifiers modifiers = {})
+    {
+        QTest::keyClick(QApplication::focusWidget(), which, modifiers);
+    }
+    bool listHasFocus() { return QApplication::focusWidget() == &list(); }
+
+private Q_SLOTS:
+    void init()
+    {
+        Clock::freeze(QDateTime(QDate(2026, 11, 22), QTime(12, 0)));
+        m_home = std::make_unique<TemporaryHome>();
+        m_log = std::make_unique<LogWatch>();
+        QCOMPARE(dynamic_singleton<TaskCore>::inst().init(), TaskStorage::NoError);
+        m_window = std::make_unique<MainWindow>();
+        m_window->show();
+        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+        QTRY_VERIFY(listHasFocus());
+    }
+
+    void cleanup()
+    {
+        m_window.reset();
+        dynamic_singleton<TaskCore>::destroy();
+        dynamic_singleton<ActionsHelper>::destroy();
+        m_log.reset();
+        m_home.reset();
+        Clock::release();
+    }
+
+    void newTaskIsNamedInPlaceAndStoredAtEveryKey()
+    {
+        dynamic_singleton<ActionsHelper>::inst().newTask()->trigger();
+        QVERIFY(row(0)->isEditing());
+        keys(u"Bu"_s);
+        QCOMPARE(inbox(), u"Bu"_s);
+        keys(u"y milk"_s);
+        key(Qt::Key_Return);
+        QVERIFY(!row(0)->isEditing());
+        QCOMPARE(shown(), u"Buy milk"_s);
+        QVERIFY(listHasFocus());
+        // The Return that ended the edit does not start it again; the next one does.
+        QVERIFY(!row(0)->isEditing());
+        key(Qt::Key_Return);
+        QVERIFY(row(0)->isEditing());
+        key(Qt::Key_Escape);
+        QVERIFY(!row(0)->isEditing());
+        QCOMPARE(inbox(), u"Buy milk"_s);
+    }
+
+    void newTaskLeftEmptyVanishes_data()
+    {
+        QTest::addColumn<QString>("end");
+        for (const char* end : {"escape", "return", "click", "group", "cleanup", "close"})
+            QTest::newRow(end) << QString::fromLatin1(end);
+    }
+
+    void newTaskLeftEmptyVanishes()
+    {
+        QFETCH(QString, end);
+        addTasks({u"a"_s});
+        list().newTask();
+        keys(u"x"_s);
+        key(Qt::Key_Backspace);
+        QCOMPARE(list().rows().count(), 2);
+        if (end == u"escape") {
+            key(Qt::Key_Escape);
+        } else if (end == u"return") {
+            key(Qt::Key_Return);
+        } else if (end == u"click") {
+            QTest::mouseClick(list().viewport(), Qt::LeftButton, {}, emptySpace());
+        } else if (end == u"group") {
+            m_window->groupList()->setCurrentGroup(TaskStorage::ms_completedId);
+        } else if (end == u"cleanup") {
+            list().cleanup();
+        } else {
+            m_window.reset();
+        }
+        QCOMPARE(inbox(), u"a"_s);
+        QCOMPARE(namesIn(TaskStorage::ms_trashId), QString());
+        if (m_window)
+            QCOMPARE(list().rows().count(), end == u"group" ? 0 : 1);
+    }
+
+    void oldTaskThatWasEmptiedStays()
+    {
+        addTasks({u"a"_s});
+        QTest::mouseDClick(list().viewport(), Qt::LeftButton, {}, middleOf(0));
+        QVERIFY(row(0)->isEditing());
+        // The whole name is selected, ready to be typed over.
+        key(Qt::Key_Delete);
+        key(Qt::Key_Return);
+        QCOMPARE(shown(), u"<Unnamed task>"_s);
+        QCOMPARE(list().rows().count(), 1);
+    }
+
+    void doubleClickOnEmptySpaceStartsANewTask()
+    {
+        QTest::mouseDClick(list().viewport(), Qt::LeftButton, {}, emptySpace());
+        QVERIFY(row(0)->isEditing());
+        keys(u"typed"_s);
+        QCOMPARE(inbox(), u"typed"_s);
+    }
+
+    void mouseSelects()
+    {
+        addTasks({u"a"_s, u"b"_s, u"c"_s, u"d"_s, u"e"_s});
+        click(1);
+        QCOMPARE(selected(), u"b"_s);
+        click(3, Qt::ControlModifier);
+        QCOMPARE(selected(), u"b,d"_s);
+        click(3, Qt::ControlModifier);
+        QCOMPARE(selected(), u"b,d"_s);
+        click(1, Qt::ShiftModifier);
+        QCOMPARE(selected(), u"b,c,d"_s);
+        click(4, Qt::ShiftModifier);
+        QCOMPARE(selected(), u"d,e"_s);
+        QCOMPARE(list().currentIndex(), 3);
+        // A press on a selected row keeps the selection, for dragging; the release ends it.
+        QTest::mousePress(list().viewport(), Qt::LeftButton, {}, middleOf(4));
+        QCOMPARE(selected(), u"d,e"_s);
+        QTest::mouseRelease(list().viewport(), Qt::LeftButton, {}, middleOf(4));
+        QCOMPARE(selected(), u"e"_s);
+        QTest::mouseClick(list().viewport(), Qt::LeftButton, {}, emptySpace());
+        QCOMPARE(selected(), QString());
+        QVERIFY(!dynamic_singleton<ActionsHelper>::inst().editTask()->isEnabled());
+        click(2, Qt::ShiftModifier);
+        QCOMPARE(selected(), u"c"_s);
+    }
+
+    void keysSelectAndDelete()
+    {
+        addTasks({u"a"_s, u"b"_s, u"c"_s});
+        key(Qt::Key_Up);
+        QCOMPARE(selected(), u"c"_s);
+        key(Qt::Key_Down);
+        QCOMPARE(selected(), u"c"_s);
+        key(Qt::Key_Up);
+        key(Qt::Key_Up, Qt::ShiftModifier);
+        QCOMPARE(selected(), u"a,b"_s);
+        key(Qt::Key_Up);
+        QCOMPARE(selected(), u"a,b"_s);
+        key(Qt::Key_Delete);
+        QCOMPARE(inbox(), u"c"_s);
+        QCOMPARE(namesIn(TaskStorage::ms_trashId), u"a,b"_s);
+        key(Qt::Key_A, Qt::ControlModifier);
+        key(Qt::Key_Delete);
+        QCOMPARE(inbox(), QString());
+        QCOMPARE(list().rows().count(), 0);
+        key(Qt::Key_Down);
+        key(Qt::Key_Return);
+        QCOMPARE(list().currentIndex(), -1);
+    }
+
+    void shiftReturnMakesANewTask()
+    {
+        addTasks({u"a"_s});
+        key(Qt::Key_Down);
+        key(Qt::Key_Return, Qt::ShiftModifier);
+        keys(u"b"_s);
+        QCOMPARE(inbox(), u"a,b"_s);
+    }
+
+    void tickingCompletesAndCleanupFiles()
+    {
+        addTasks({u"a"_s, u"b"_s, {}, u"c"_s});
+        auto* box = row(1)->findChild<TaskCheckbox*>();
+        QTest::mouseClick(box, Qt::LeftButton);
+        const TodoTask done = store().get(list().rows().idAt(1));
+        QVERIFY(done.completed());
+        QCOMPARE(done.timeCompleted(), Clock::now());
+        QVERIFY(row(1)->findChild<ElidedLabel*>()->font().strikeOut());
+        QTest::mouseClick(box, Qt::LeftButton);
+        QVERIFY(!store().get(done.id()).completed());
+        QTest::mouseClick(box, Qt::LeftButton);
+
+        dynamic_singleton<ActionsHelper>::inst().cleanup()->trigger();
+        QCOMPARE(shown(), u"a,c"_s);
+        QCOMPARE(inbox(), u"a,c"_s);
+        QCOMPARE(namesIn(TaskStorage::ms_completedId), u"b"_s);
+        QCOMPARE(namesIn(TaskStorage::ms_trashId), QString());
+        QCOMPARE(store().getGroup(TaskStorage::ms_trashId).tasks().size(), 1);
+    }
+
+    void tickingWhileEditingEndsTheEdit()
+    {
+        addTasks({u"a"_s});
+        key(Qt::Key_Down);
+        list().editTask();
+        const QList<TaskCheckbox*> boxes = row(0)->findChildren<TaskCheckbox*>();
+        QTest::mouseClick(boxes.last(), Qt::LeftButton);
+        QVERIFY(!row(0)->isEditing());
+        QVERIFY(store().get(list().rows().idAt(0)).completed());
+        QVERIFY(row(0)->findChild<TaskCheckbox*>()->isChecked());
+    }
+
+    void listFollowsTheStore()
+    {
+        addTasks({u"a"_s, u"b"_s, u"c"_s});
+        click(2);
+        list().editTask();
+        const TodoTask::Id a = list().rows().idAt(0);
+        const TodoTask::Id c = list().rows().idAt(2);
+        store().renameTask(a, u"<b>A</b>"_s);
+        QCOMPARE(shown().section(u',', 0, 0), u"<b>A</b>"_s);
+        store().removeTask(TaskStorage::ms_inboxId, list().rows().idAt(1), false);
+        QTRY_COMPARE(list().rows().count(), 2);
+        QVERIFY(row(1)->isEditing() && row(1)->taskId() == c);
+        QCOMPARE(list().currentIndex(), 1);
+        keys(u"typed"_s);
+        QCOMPARE(inbox(), u"<b>A</b>,typed"_s);
+        store().moveTasks(TaskStorage::ms_inboxId, TaskStorage::ms_completedId, {c});
+        QTRY_COMPARE(list().rows().count(), 1);
+        QVERIFY(!row(0)->isEditing());
+    }
+
+    void rowColoursTellHowNear_data()
+    {
+        QTest::addColumn<int>("days");
+        QTest::addColumn<QColor>("colour");
+        QTest::newRow("overdue") << -3 << QColor(0xF2, 0xC9, 0xC8);
+        QTest::newRow("today") << 0 << QColor(0xF2, 0xC9, 0xC8);
+        QTest::newRow("tomorrow") << 1 << QColor(0xFF, 0xF2, 0xB9);
+        QTest::newRow("in three days") << 3 << QColor(0xFF, 0xF2, 0xB9);
+        QTest::newRow("in four days") << 4 << QColor(Qt::white);
+        QTest::newRow("never") << 9999 << QColor(Qt::white);
+    }
+
+    void rowColoursTellHowNear()
+    {
+        QFETCH(int, days);
+        QFETCH(QColor, colour);
+        addTasks({u"a"_s});
+        if (days != 9999)
+            store().setTaskDueTime(list().rows().idAt(0), Clock::now().addDays(days));
+        const auto colourOfRow = [this] {
+            const QImage image = row(0)->grab().toImage();
+            return image.pixelColor(image.width() - 20, image.height() / 2);
+        };
+        QCOMPARE(colourOfRow(), colour);
+        click(0);
+        QCOMPARE(colourOfRow(), QColor(0xC6, 0xD0, 0xDA));
+    }
+
+    void groupsSwitchTheList()
+    {
+        FocusGroupListWidget& panel = *m_window->groupList();
+        auto& actions = dynamic_singleton<ActionsHelper>::inst();
+        addTasks({u"in trash"_s}, TaskStorage::ms_trashId);
+        FocusGroupWidget* trash = panel.entries().last();
+        QCOMPARE(trash->groupId(), TaskStorage::ms_trashId);
+        QTest::mouseClick(trash, Qt::LeftButton);
+        QVERIFY(trash->selected() && !panel.entries().first()->selected());
+        QCOMPARE(shown(), u"in trash"_s);
+        QVERIFY(!actions.newTask()->isEnabled() && !actions.cleanup()->isEnabled());
+        QVERIFY(listHasFocus());
+        QTest::mouseClick(panel.entries().first(), Qt::LeftButton);
+        QCOMPARE(list().rows().count(), 0);
+        QVERIFY(actions.newTask()->isEnabled() && actions.cleanup()->isEnabled());
+    }
+
+    void viewSwitches()
+    {
+        QAction* toggle = dynamic_singleton<ActionsHelper>::inst().switchView();
+        QVERIFY(m_window->groupList()->isVisible());
+        QCOMPARE(toggle->text(), u"Compact"_s);
+        const int width = m_window->groupList()->width();
+        toggle->trigger();
+        QVERIFY(!m_window->groupList()->isVisible());
+        QCOMPARE(list().width(), m_window->width() - 1);
+        QCOMPARE(toggle->text(), u"Normal"_s);
+        toggle->trigger();
+        QCOMPARE(m_window->groupList()->width(), width);
+    }
+
+    void escapeDoesNotCloseButClosingHides()
+    {
+        key(Qt::Key_Escape);
+        QVERIFY(m_window->isVisible());
+        m_window->close();
+        QVERIFY(!m_window->isVisible());
+    }
+
+    /// A large group has widgets for the rows in view only, and all of them can be reached.
+    void largeGroupHasFewWidgets()
+    {
+        QList<TodoTask::Id> ids;
+        for (int i = 0; i < 20000; ++i) {
+            ids.append(store().createTask(TaskStorage::ms_completedId));
+            store().renameTask(ids.last(), QString::number(i));
+        }
+        m_window->groupList()->setCurrentGroup(TaskStorage::ms_completedId);
+        QVERIFY(list().findChildren<TaskWidget*>().size() < 60);
+        key(Qt::Key_Up);
+        QCOMPARE(list().currentIndex(), 19999);
+        QCOMPARE(row(19999)->findChild<ElidedLabel*>()->text(), u"19999"_s);
+        QVERIFY(list().viewport()->rect().contains(middleOf(19999)));
+        QScrollBar* bar = list().verticalScrollBar();
+        for (int step = 0; step <= 20; ++step) {
+            bar->setValue(bar->maximum() / 20 * step);
+            const QPoint middle = list().viewport()->rect().center();
+            const auto* under = list().viewport()->childAt(middle + QPoint(0, 3));
+            QVERIFY(under != nullptr);
+        }
+        QVERIFY(list().findChildren<TaskWidget*>().size() < 60);
+    }
+
+    void longNamesNeverWidenTheList()
+    {
+        addTasks({QString(5000, u'W'), u"two\nlines"_s});
+        QCOMPARE(list().horizontalScrollBar()->maximum(), 0);
+        QCOMPARE(row(0)->findChild<ElidedLabel*>()->text(), QString(5000, u'W'));
+        QVERIFY(row(0)->findChild<ElidedLabel*>()->width() < m_window->width());
+        QCOMPARE(row(0)->height(), row(1)->height());
+    }
+};
+
+QTEST_MAIN(MainWindowTest)
+#include "tst_mainwindow.moc"

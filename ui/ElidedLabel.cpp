@@ -1,0 +1,70 @@
+#include "ui/ElidedLabel.h"
+
+#include <QHelpEvent>
+#include <QPainter>
+#include <QStyle>
+#include <QToolTip>
+#include <QtMath>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+/// More than fits on any screen; what lies beyond need not be measured.
+constexpr qsizetype longestLine = 2000;
+} // namespace
+
+ElidedLabel::ElidedLabel(QWidget* parent)
+    : QLabel(parent)
+{
+    setTextFormat(Qt::PlainText);
+    setMargin(0);
+    setIndent(0);
+    setFrameStyle(NoFrame);
+}
+
+QSize ElidedLabel::minimumSizeHint() const
+{
+    return {0, fontMetrics().height()};
+}
+
+QSize ElidedLabel::sizeHint() const
+{
+    // Widths are fractions of pixels: rounded down, the text would not fit into its own hint.
+    const qreal width = QFontMetricsF(font()).horizontalAdvance(_line());
+    return {qCeil(width) + 1, fontMetrics().height()};
+}
+
+bool ElidedLabel::event(QEvent* event)
+{
+    if (event->type() != QEvent::ToolTip)
+        return QLabel::event(event);
+    const auto* help = static_cast<QHelpEvent*>(event);
+    if (sizeHint().width() > width()) {
+        // A tool tip guesses its format: only escaped text is safe from that.
+        QToolTip::showText(help->globalPos(), u"<p>"_s + text().toHtmlEscaped() + u"</p>"_s, this);
+    } else {
+        QToolTip::hideText();
+    }
+    return true;
+}
+
+void ElidedLabel::paintEvent(QPaintEvent* /*event*/)
+{
+    QPainter painter(this);
+    const QString shown = fontMetrics().elidedText(_line(), Qt::ElideRight, width());
+    style()->drawItemText(&painter, rect(), Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
+                          palette(), isEnabled(), shown, foregroundRole());
+}
+
+QString ElidedLabel::_line() const
+{
+    QString line = text().left(longestLine);
+    const auto isBreak = [](QChar c) {
+        return c == u'\n' || c == u'\r' || c == u'\t' || c == QChar::LineSeparator ||
+               c == QChar::ParagraphSeparator;
+    };
+    std::replace_if(line.begin(), line.end(), isBreak, u' ');
+    return line;
+}

@@ -1,0 +1,146 @@
+#include "ui/TaskRows.h"
+
+#include <QHash>
+
+qsizetype TaskRows::indexOf(const TodoTask::Id& id) const
+{
+    for (qsizetype row = 0; row < m_rows.size(); ++row) {
+        if (m_rows.at(row).id == id)
+            return row;
+    }
+    return -1;
+}
+
+void TaskRows::removeAt(qsizetype row)
+{
+    _forget(m_rows.at(row));
+    m_rows.removeAt(row);
+    if (m_edited == row)
+        m_edited = -1;
+    else if (m_edited > row)
+        --m_edited;
+}
+
+void TaskRows::clear()
+{
+    m_rows.clear();
+    m_selected = 0;
+    m_edited = -1;
+}
+
+void TaskRows::assign(const QList<TodoTask::Id>& ids)
+{
+    const TodoTask::Id editedId = isValid(m_edited) ? idAt(m_edited) : TodoTask::Id();
+    QHash<TodoTask::Id, Row> known;
+    known.reserve(m_rows.size());
+    for (const Row& row : std::as_const(m_rows))
+        known.insert(row.id, row);
+    clear();
+    m_rows.reserve(ids.size());
+    for (const TodoTask::Id& id : ids) {
+        if (!editedId.isNull() && id == editedId)
+            m_edited = m_rows.size();
+        m_rows.append(known.value(id, Row{id, false, false}));
+        m_selected += m_rows.constLast().selected ? 1 : 0;
+    }
+}
+
+bool TaskRows::matches(const QList<TodoTask::Id>& ids) const
+{
+    return std::equal(m_rows.cbegin(), m_rows.cend(), ids.cbegin(), ids.cend(),
+                      [](const Row& row, const TodoTask::Id& id) { return row.id == id; });
+}
+
+void TaskRows::setSelected(qsizetype row, bool selected)
+{
+    if (isSelected(row) == selected)
+        return;
+    m_rows[row].selected = selected;
+    m_selected += selected ? 1 : -1;
+}
+
+void TaskRows::clearSelection()
+{
+    if (m_selected == 0)
+        return;
+    for (Row& row : m_rows)
+        row.selected = false;
+    m_selected = 0;
+}
+
+void TaskRows::setEdited(qsizetype row, int height)
+{
+    m_edited = row;
+    m_editedHeight = height;
+}
+
+qint64 TaskRows::contentHeight() const
+{
+    return count() == 0 ? 2 * margin : top(count() - 1) + height(count() - 1) + margin;
+}
+
+int TaskRows::bodyHeight() const
+{
+    return static_cast<int>(qMin(contentHeight(), qint64{maxBodyHeight}));
+}
+
+qint64 TaskRows::top(qsizetype row) const
+{
+    const qint64 even = margin + qint64{row} * (m_rowHeight + spacing);
+    return m_edited >= 0 && row > m_edited ? even + m_editedHeight - m_rowHeight : even;
+}
+
+int TaskRows::height(qsizetype row) const
+{
+    return row == m_edited ? m_editedHeight : m_rowHeight;
+}
+
+qsizetype TaskRows::rowAt(qint64 y) const
+{
+    const qsizetype row = _rowBelow(y);
+    return isValid(row) && y >= top(row) && y < top(row) + height(row) ? row : -1;
+}
+
+TaskRows::Range TaskRows::visible(qint64 top, int height) const
+{
+    if (count() == 0 || height <= 0)
+        return {};
+    Range range;
+    range.first = qBound(qsizetype{0}, _rowBelow(top), count() - 1);
+    if (TaskRows::top(range.first) + TaskRows::height(range.first) <= top)
+        ++range.first;
+    range.last = qMin(_rowBelow(top + height - 1), count() - 1);
+    return range;
+}
+
+/// The last row that begins at or above `y`; may be -1 or past the last row.
+qsizetype TaskRows::_rowBelow(qint64 y) const
+{
+    const int step = m_rowHeight + spacing;
+    const auto even = [step](qint64 offset) {
+        return static_cast<qsizetype>(offset < 0 ? -1 : offset / step);
+    };
+    if (m_edited < 0 || y < top(m_edited))
+        return even(y - margin);
+    const qint64 afterEdited = top(m_edited) + m_editedHeight + spacing;
+    return y < afterEdited ? m_edited : m_edited + 1 + even(y - afterEdited);
+}
+
+qint64 TaskRows::toLogical(int scroll, int viewportHeight) const
+{
+    const qint64 content = contentHeight() - viewportHeight;
+    const qint64 body = bodyHeight() - viewportHeight;
+    if (content == body || body <= 0)
+        return scroll;
+    return scroll * content / body;
+}
+
+int TaskRows::toScroll(qint64 logical, int viewportHeight) const
+{
+    const qint64 content = contentHeight() - viewportHeight;
+    const qint64 body = bodyHeight() - viewportHeight;
+    if (content == body || body <= 0)
+        return static_cast<int>(logical);
+    // Rounded up, so that mapping back never lands above the wanted position.
+    return static_cast<int>((logical * body + content - 1) / content);
+}

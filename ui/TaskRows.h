@@ -1,0 +1,100 @@
+// The rows of the task list: what they are, where they lie, which are selected.
+#pragma once
+
+#include "taskdb/TodoTask.h"
+
+#include <QList>
+
+/// Rows in display order with their state and geometry, without any widget. All rows have one
+/// height but the row being edited. Positions inside the list are logical pixels, which may
+/// exceed what a widget can be tall; the body of the list is then shorter, and scroll positions
+/// map to logical ones by proportion.
+class TaskRows
+{
+public:
+    static constexpr int margin = 7;
+    static constexpr int spacing = 1;
+    /// The tallest a widget can be, in pixels.
+    static constexpr int maxBodyHeight = 16777215;
+
+    struct Range
+    {
+        qsizetype first = 0;
+        qsizetype last = -1; ///< before `first` when the range is empty
+    };
+
+    [[nodiscard]] qsizetype count() const { return m_rows.size(); }
+    [[nodiscard]] bool isValid(qsizetype row) const { return row >= 0 && row < count(); }
+    [[nodiscard]] TodoTask::Id idAt(qsizetype row) const { return m_rows.at(row).id; }
+    /// The row of a task, or -1. Linear.
+    [[nodiscard]] qsizetype indexOf(const TodoTask::Id& id) const;
+
+    void append(const TodoTask::Id& id) { m_rows.append({id, false, false}); }
+    void removeAt(qsizetype row);
+    void clear();
+    /// Removes every row for which `gone(row)` holds, asking from last to first.
+    template <typename Predicate>
+    void removeIf(Predicate gone);
+    /// Takes over a new order of tasks; tasks that stay keep their state.
+    void assign(const QList<TodoTask::Id>& ids);
+    /// Whether the rows are exactly these tasks in this order.
+    [[nodiscard]] bool matches(const QList<TodoTask::Id>& ids) const;
+
+    [[nodiscard]] bool isSelected(qsizetype row) const { return m_rows.at(row).selected; }
+    [[nodiscard]] qsizetype selectedCount() const { return m_selected; }
+    void setSelected(qsizetype row, bool selected);
+    void clearSelection();
+    [[nodiscard]] bool isNew(qsizetype row) const { return m_rows.at(row).isNew; }
+    void setNew(qsizetype row, bool isNew) { m_rows[row].isNew = isNew; }
+
+    /// Height of the rows that are not edited, in pixels.
+    void setRowHeight(int height) { m_rowHeight = height; }
+    /// The one row with a height of its own; -1 for none.
+    void setEdited(qsizetype row, int height);
+    [[nodiscard]] qsizetype edited() const { return m_edited; }
+
+    [[nodiscard]] qint64 contentHeight() const;
+    [[nodiscard]] int bodyHeight() const;
+    [[nodiscard]] qint64 top(qsizetype row) const;
+    [[nodiscard]] int height(qsizetype row) const;
+    /// The row at a logical position, or -1 in the margins and gaps.
+    [[nodiscard]] qsizetype rowAt(qint64 y) const;
+    /// The rows that lie at least partly in [top, top + height).
+    [[nodiscard]] Range visible(qint64 top, int height) const;
+
+    /// The logical position at the viewport's top for a scroll position, and back.
+    [[nodiscard]] qint64 toLogical(int scroll, int viewportHeight) const;
+    [[nodiscard]] int toScroll(qint64 logical, int viewportHeight) const;
+
+private:
+    struct Row
+    {
+        TodoTask::Id id;
+        bool selected;
+        bool isNew;
+    };
+
+    void _forget(const Row& row) { m_selected -= row.selected ? 1 : 0; }
+    [[nodiscard]] qsizetype _rowBelow(qint64 y) const;
+
+    QList<Row> m_rows;
+    qsizetype m_selected = 0;
+    qsizetype m_edited = -1;
+    int m_editedHeight = 0;
+    int m_rowHeight = 1;
+};
+
+template <typename Predicate>
+void TaskRows::removeIf(Predicate gone)
+{
+    QList<Row> kept;
+    kept.reserve(m_rows.size());
+    for (qsizetype row = m_rows.size() - 1; row >= 0; --row) {
+        if (gone(row))
+            _forget(m_rows.at(row));
+        else
+            kept.prepend(m_rows.at(row));
+    }
+    m_rows = kept;
+    m_edited = -1;
+}

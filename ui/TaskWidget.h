@@ -1,0 +1,86 @@
+// One row of the task list.
+#pragma once
+
+#include "taskdb/TodoTask.h"
+
+#include <QWidget>
+
+class ElidedLabel;
+class FancyLineEdit;
+class QGridLayout;
+class QStackedLayout;
+class TaskCheckbox;
+class TaskListWidget;
+
+/// Shows a task as a checkbox and its name, or as a form to edit it in place. Every change goes
+/// into the store at once. The row takes neither keys nor, unless edited, the mouse: they belong
+/// to the list.
+class TaskWidget : public QWidget
+{
+    Q_OBJECT
+
+public:
+    TaskWidget(const TodoTask::Id& id, TaskListWidget* list, QWidget* parent);
+
+    [[nodiscard]] TodoTask::Id taskId() const { return m_id; }
+    /// Shows another task, not being edited.
+    void setTask(const TodoTask::Id& id);
+    /// Reads the task anew from the store.
+    void reload();
+
+    /// Shows the form (true) or the plain row (false). `force`: also when already so.
+    /// `noFocus`: the name field does not get the focus.
+    void setEditing(bool editing, bool force, bool noFocus);
+    [[nodiscard]] bool isEditing() const { return (m_state & editingBit) != 0; }
+    /// Height of the face now shown, in pixels.
+    [[nodiscard]] int faceHeight() const;
+
+    [[nodiscard]] bool selected() const { return (m_state & selectedBit) != 0; }
+    void setSelected(bool selected);
+
+    [[nodiscard]] bool completed() const;
+    void setCompleted(bool completed);
+
+    /// Whether the mouse is being pressed on one of the row's controls.
+    [[nodiscard]] bool isPressed() const;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private Q_SLOTS:
+    void _stopEditing();
+    void _nameTextChanged(const QString& text);
+    void _checkboxChanged(int state);
+
+private:
+    static constexpr uint selectedBit = 1;
+    static constexpr uint editingBit = 2;
+
+    void _createViewLayout();
+    void _createEditLayout();
+    void _removeEditLayout();
+    void _setCheckboxes();
+    void _updateVisuals();
+    [[nodiscard]] QColor _backgroundCol() const;
+
+    QStackedLayout* m_stack = nullptr;
+    TaskCheckbox* m_viewCheckbox = nullptr;
+    ElidedLabel* m_nameLabel = nullptr;
+    // The form; all null while the row is not being edited.
+    QWidget* m_editPage = nullptr;
+    TaskCheckbox* m_editCheckbox = nullptr;
+    QGridLayout* m_editLayout = nullptr;
+    FancyLineEdit* m_nameEdit = nullptr;
+
+    TodoTask::Id m_id;
+    TodoTask m_task;
+    TaskListWidget* m_list;
+    uint m_state = 0;
+    bool m_settingCheckbox = false;
+};

@@ -1,0 +1,40 @@
+#include "ui/controls/FancyLineEdit.h"
+
+#include <QFocusEvent>
+
+FancyLineEdit::FancyLineEdit(QWidget* parent)
+    : QLineEdit(parent)
+{
+}
+
+FancyLineEdit::FancyLineEdit(const QString& text, QWidget* parent)
+    : QLineEdit(text, parent)
+{
+}
+
+void FancyLineEdit::focusInEvent(QFocusEvent* event)
+{
+    QLineEdit::focusInEvent(event);
+    // The context menu gives the focus back before its command runs: "Copy" is meant for what
+    // was selected when it opened.
+    if (m_selectAllOnFocus && event->reason() != Qt::PopupFocusReason)
+        selectAll();
+    // The press that follows clears the selection; its release selects again.
+    m_pendingSelect = event->reason() == Qt::MouseFocusReason;
+    Q_EMIT gotFocus(true);
+}
+
+void FancyLineEdit::focusOutEvent(QFocusEvent* event)
+{
+    QLineEdit::focusOutEvent(event);
+    Q_EMIT gotFocus(false);
+}
+
+void FancyLineEdit::mouseReleaseEvent(QMouseEvent* event)
+{
+    QLineEdit::mouseReleaseEvent(event);
+    if (m_selectAllOnFocus && m_pendingSelect && !hasSelectedText())
+        selectAll();
+    // Also after the first press selected something itself: the next one is an ordinary click.
+    m_pendingSelect = false;
+}

@@ -1,0 +1,16 @@
+// The line between the panes of a FancySplitter.
+#pragma once
+
+#include <QWidget>
+
+/// Only looks: the splitter handles the mouse.
+class FancySplitterHandle : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit FancySplitterHandle(Qt::Orientation orientation, QWidget* parent = nullptr);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+};

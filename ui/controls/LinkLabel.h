@@ -1,0 +1,17 @@
+// A label for texts with links.
+#pragma once
+
+#include <QLabel>
+
+/// Shows no context menu.
+class LinkLabel : public QLabel
+{
+    Q_OBJECT
+
+public:
+    explicit LinkLabel(QWidget* parent = nullptr);
+    explicit LinkLabel(const QString& text, QWidget* parent = nullptr);
+
+protected:
+    void contextMenuEvent(QContextMenuEvent* event) override;
+};
