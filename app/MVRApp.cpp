@@ -1,0 +1,51 @@
+#include "app/MVRApp.h"
+
+#include "app/base/LogHelper.h"
+#include "app/base/PathHelper.h"
+#include "app/core/TaskCore.h"
+
+#include <QSessionManager>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+void saveLoadedSettings()
+{
+    // The usage metrics, then the settings, are saved here, each only if it was loaded.
+}
+
+boost::shared_ptr<TaskStorage> loadedStorage()
+{
+    if (!dynamic_singleton<TaskCore>::exists())
+        return {};
+    return dynamic_singleton<TaskCore>::inst().storage();
+}
+} // namespace
+
+MVRApp::MVRApp(const QString& id, int& argc, char** argv)
+    : QtSingleApplication(id, argc, argv, PathHelper::getPath(PathHelper::UserDataFolder, true))
+{
+    // Direct: the session manager takes the return from the signal as the end of saving.
+    connect(this, &QGuiApplication::commitDataRequest, this, &MVRApp::commitData,
+            Qt::DirectConnection);
+    connect(this, &QGuiApplication::saveStateRequest, this, &MVRApp::_onSaveState,
+            Qt::DirectConnection);
+}
+
+void MVRApp::commitData(QSessionManager& manager)
+{
+    MVR_LOG_DEBUG(u"in"_s);
+    saveLoadedSettings();
+    if (const boost::shared_ptr<TaskStorage> storage = loadedStorage())
+        storage->commitDataRequest(manager);
+    MVR_LOG_DEBUG(u"out"_s);
+    if (dynamic_singleton<logging::LogHelper>::exists())
+        dynamic_singleton<logging::LogHelper>::inst().flush();
+}
+
+void MVRApp::_onSaveState()
+{
+    saveLoadedSettings();
+    if (const boost::shared_ptr<TaskStorage> storage = loadedStorage())
+        storage->saveStateRequest();
+}

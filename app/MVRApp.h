@@ -1,0 +1,25 @@
+// The program's application object.
+#pragma once
+
+#include "app/QtSingleApplication.h"
+
+class QSessionManager;
+
+/// One copy per user data folder; saves everything when the desktop session ends.
+class MVRApp : public QtSingleApplication
+{
+    Q_OBJECT
+
+public:
+    MVRApp(const QString& id, int& argc, char** argv);
+
+    /// The session ends, or is to be saved: writes what is loaded, and goes on running.
+    virtual void commitData(QSessionManager& manager);
+
+    /// Does nothing: the translations have an owner of their own.
+    void loadTranslationsForLocaleId() {}
+
+private:
+    /// The session manager asks for the program's state, as it does at every log-in.
+    void _onSaveState();
+};

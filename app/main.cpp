@@ -1,0 +1,113 @@
+// The program from start to end: what comes up, in which order, and how it is taken down.
+#include "app/MVRApp.h"
+#include "app/SignalHandler.h"
+#include "app/StartupRefusal.h"
+#include "app/base/LogHelper.h"
+#include "app/base/PathHelper.h"
+#include "app/core/TaskCore.h"
+#include "ui/ActionsHelper.h"
+#include "ui/MainWindow.h"
+#include "ui/controls/StyleHelper.h"
+#include "ui/icons/IconsHelper.h"
+
+#include <QWidget>
+
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+const QString applicationId = u"FAC47CC7-8B64-42cd-87FA-6D4A0C5149BF"_s;
+constexpr int showTimeoutMs = 5000;
+bool hasLog = false;
+
+/// Prefers X11 while it lives, unless the user chose a platform; the programs that we start choose
+/// for themselves.
+class PlatformPreference
+{
+public:
+    PlatformPreference()
+        : m_set(qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") &&
+                !qEnvironmentVariableIsEmpty("DISPLAY"))
+    {
+        if (m_set)
+            qputenv("QT_QPA_PLATFORM", "xcb;wayland");
+    }
+    ~PlatformPreference()
+    {
+        if (m_set)
+            qunsetenv("QT_QPA_PLATFORM");
+    }
+    Q_DISABLE_COPY_MOVE(PlatformPreference)
+
+private:
+    bool m_set;
+};
+
+std::unique_ptr<MVRApp> makeApplication(int& argc, char** argv)
+{
+    const PlatformPreference preference;
+    return std::make_unique<MVRApp>(applicationId, argc, argv);
+}
+
+/// Cuts the program off from the system's plug-ins, but for those that it cannot do without.
+void dropLibraryPaths()
+{
+    // Wayland loads what makes and frames windows with the first of them.
+    if (QGuiApplication::platformName().startsWith("wayland"_L1)) {
+        QWidget first;
+        first.show();
+    }
+    // The network's plug-ins are loaded here, while they can still be found.
+    QCoreApplication::setLibraryPaths({});
+}
+
+void destroySingletons()
+{
+    // The usage metrics go first, then the settings.
+    dynamic_singleton<IconsHelper>::destroy();
+    // The drag registry goes here.
+    dynamic_singleton<ActionsHelper>::destroy();
+    dynamic_singleton<fancy::StyleHelper>::destroy();
+    dynamic_singleton<logging::LogHelper>::destroy();
+}
+} // namespace
+
+int main(int argc, char** argv)
+{
+    const std::unique_ptr<MVRApp> app = makeApplication(argc, argv);
+    QApplication::setWindowIcon(dynamic_singleton<IconsHelper>::inst().appIcon(0, QString()));
+    dropLibraryPaths();
+    if (app->isRunning()) {
+        app->sendMessage(u"show"_s, showTimeoutMs);
+        return 0;
+    }
+
+    const SignalHandler signalHandler;
+    if (!hasLog)
+        hasLog = dynamic_singleton<logging::LogHelper>::inst().init(PathHelper::logFile());
+    MVR_LOG_INFO(u"======================= Startup ======================="_s);
+    const TaskStorage::ErrorType error = dynamic_singleton<TaskCore>::inst().init();
+    if (error != TaskStorage::NoError) {
+        StartupRefusal::show(error);
+        return 1;
+    }
+    // The settings are loaded and upgraded here, then the usage metrics and the language.
+
+    auto window = std::make_unique<MainWindow>();
+    window->show();
+    app->setActivationWindow(window.get(), true);
+    // The tray icon is made and shown here.
+    QApplication::setQuitOnLastWindowClosed(false);
+    const int exitCode = QApplication::exec();
+
+    MVR_LOG_DEBUG(u"app.exec() returns "_s + QString::number(exitCode));
+    // The tray icon goes before the window.
+    window.reset();
+    // The usage metrics, then the settings, are saved here.
+    MVR_LOG_INFO(u"Shutdown"_s);
+    dynamic_singleton<TaskCore>::destroy();
+    // The network worker ends here.
+    destroySingletons();
+    return exitCode;
+}

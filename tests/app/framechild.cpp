@@ -1,0 +1,115 @@
+// A small program on the application frame, for tests that need real processes.
+// Reads commands on standard input, one a line, and tells on standard output what happens.
+#include "app/QtSingleApplication.h"
+#include "app/SignalHandler.h"
+
+#include <QCloseEvent>
+#include <QDialog>
+#include <QFile>
+#include <QSocketNotifier>
+#include <QTemporaryDir>
+
+#include <csignal>
+#include <cstdio>
+#include <string>
+#include <sys/resource.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+void say(const QString& line)
+{
+    std::fputs((line + u'\n').toUtf8().constData(), stdout);
+    std::fflush(stdout);
+}
+
+QString readCommand()
+{
+    std::string line;
+    for (char c = 0; ::read(STDIN_FILENO, &c, 1) == 1 && c != '\n';)
+        line += c;
+    return QString::fromStdString(line);
+}
+
+class StubbornWindow : public QDialog
+{
+protected:
+    void closeEvent(QCloseEvent* event) override { event->ignore(); }
+    void reject() override {}
+};
+
+int runCopy(QtSingleApplication& app, const QString& message)
+{
+    say(u"starting"_s);
+    if (app.isRunning()) {
+        say(app.sendMessage(message, 5000) ? u"second sent"_s : u"second failed"_s);
+        return 0;
+    }
+    say(u"first"_s);
+    QObject::connect(&app, &QtSingleApplication::messageReceived, &app,
+                     [](const QString& text) { say(u"message "_s + text); });
+    QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
+    QObject::connect(&input, &QSocketNotifier::activated, &app, [] {
+        readCommand();
+        QCoreApplication::exit(0);
+    });
+    QApplication::exec();
+    say(u"ending"_s);
+    readCommand();
+    return 0;
+}
+
+void writePastTheLimit()
+{
+    const rlimit limit{4096, 4096};
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+    const QTemporaryDir folder;
+    QFile file(folder.filePath(u"file"_s));
+    const bool written = file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) &&
+                         file.write(QByteArray(8192, 'x')) == 8192;
+    say(written ? u"written"_s : u"refused"_s);
+}
+
+int runSignals(const QString& mode)
+{
+    QApplication::setQuitOnLastWindowClosed(false);
+    const SignalHandler handler;
+    StubbornWindow window;
+    if (mode == "early"_L1) {
+        std::raise(SIGTERM);
+        // As while starting up: a turn of the loop that is not the last.
+        QCoreApplication::processEvents();
+    } else if (mode == "limit"_L1) {
+        writePastTheLimit();
+    } else if (mode == "window"_L1) {
+        window.show();
+    }
+    QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
+    QObject::connect(&input, &QSocketNotifier::activated, &window, [&window] {
+        const QString command = readCommand();
+        QMetaObject::invokeMethod(
+            &window, [command] { say(u"got "_s + command); }, Qt::QueuedConnection);
+        if (command == "dialog"_L1)
+            window.exec();
+    });
+    say(u"ready"_s);
+    const int exitCode = QApplication::exec();
+    say(u"ended"_s);
+    return exitCode;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    const QString mode = QString::fromLocal8Bit(argv[1]);
+    const QString argument = QString::fromLocal8Bit(argv[2]);
+    if (mode == "signals"_L1) {
+        const QApplication app(argc, argv);
+        return runSignals(argument);
+    }
+    QtSingleApplication app(u"test-copy"_s, argc, argv, argument);
+    return runCopy(app, mode);
+}

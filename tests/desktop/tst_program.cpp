@@ -1,0 +1,379 @@
+// The real program on a real desktop: its window, a second copy, how it ends, what it refuses.
+#include "taskdb/TaskStorage.h"
+#include "tests/support/TemporaryHome.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QTest>
+
+#include <csignal>
+#include <memory>
+#include <optional>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int patienceMs = 20000;
+
+/// A program under test or a helper of one; killed when it goes out of scope.
+class Process
+{
+public:
+    explicit Process(const QString& program) { m_process.setProgram(program); }
+    ~Process()
+    {
+        m_process.kill();
+        m_process.waitForFinished();
+    }
+    Q_DISABLE_COPY_MOVE(Process)
+
+    void start(const QProcessEnvironment& environment = QProcessEnvironment::systemEnvironment())
+    {
+        m_process.setProcessEnvironment(environment);
+        m_process.start();
+        m_process.waitForStarted();
+    }
+    void signal(int number) const { ::kill(static_cast<pid_t>(m_process.processId()), number); }
+    void write(const QByteArray& text) { m_process.write(text); }
+    [[nodiscard]] qint64 id() const { return m_process.processId(); }
+    [[nodiscard]] bool isRunning() const { return m_process.state() == QProcess::Running; }
+
+    QString line()
+    {
+        while (!m_process.canReadLine() && m_process.waitForReadyRead(patienceMs)) {
+        }
+        return QString::fromUtf8(m_process.readLine()).trimmed();
+    }
+    QString errors() { return QString::fromUtf8(m_process.readAllStandardError()); }
+
+    /// Waits for the end. Returns the exit code; -1 after a crash or when it goes on running.
+    int exitCode()
+    {
+        if (isRunning() && !m_process.waitForFinished(patienceMs))
+            return -1;
+        return m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
+    }
+
+private:
+    QProcess m_process;
+};
+
+QString output(const QString& program, const QStringList& arguments)
+{
+    QProcess process;
+    process.start(program, arguments);
+    process.waitForFinished(patienceMs);
+    return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
+}
+
+QString xdotool(const QStringList& arguments)
+{
+    return output(u"xdotool"_s, arguments);
+}
+
+/// The visible window of the program that is called like the product; empty without one.
+QString visibleWindow(const Process& program)
+{
+    return xdotool({u"search"_s, u"--all"_s, u"--onlyvisible"_s, u"--pid"_s,
+                    QString::number(program.id()), u"--name"_s, u"^Mivora$"_s});
+}
+
+bool isActive(const QString& window)
+{
+    return !window.isEmpty() && xdotool({u"getactivewindow"_s}) == window;
+}
+
+bool isMinimised(const QString& window)
+{
+    return output(u"xprop"_s, {u"-id"_s, window, u"WM_STATE"_s}).contains("Iconic"_L1);
+}
+
+void press(const QStringList& keys)
+{
+    xdotool(QStringList{u"key"_s} + keys);
+}
+
+QByteArray contentsOf(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<not there>");
+}
+
+} // namespace
+
+class tst_Program : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void endsInOrder_data();
+    void endsInOrder();
+    void closingHidesAndASecondStartShows();
+    void secondStartRestores();
+    void startWithoutDatabase();
+    void sessionSaves();
+    void sessionEnds();
+    void refusedDatabase_data();
+    void refusedDatabase();
+    void signalEndsTheRefusal();
+    void logThatCannotBeOpened();
+    void editsAreOnTheDisk();
+
+private:
+    void putDatabase(const QString& name);
+    void startProgram();
+    [[nodiscard]] QString file(const QString& name) const;
+    [[nodiscard]] QStringList files() const;
+    [[nodiscard]] QStringList namesOnDisk(const FocusGroup::Id& group) const;
+
+    std::optional<TemporaryHome> m_home;
+    std::unique_ptr<Process> m_program;
+    QProcessEnvironment m_environment;
+    QString m_window;
+};
+
+void tst_Program::init()
+{
+    m_home.emplace();
+    QVERIFY(QDir().mkpath(file({})));
+    putDatabase(u"sample.xml"_s);
+    m_environment = QProcessEnvironment::systemEnvironment();
+}
+
+void tst_Program::cleanup()
+{
+    if (m_program) {
+        if (QTest::currentTestFailed())
+            qWarning("the program said: %s", qPrintable(m_program->errors()));
+        QCOMPARE(m_program->errors(), QString());
+    }
+    m_program.reset();
+    m_home.reset();
+}
+
+QString tst_Program::file(const QString& name) const
+{
+    return m_home->filePath(u".Mivora/User Data/"_s + name);
+}
+
+/// What lies in the data folder, without what tells the copies of each other.
+QStringList tst_Program::files() const
+{
+    QStringList names = QDir(file({})).entryList(
+        QDir::AllEntries | QDir::System | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
+    names.removeIf([](const QString& name) { return name.startsWith("instance-"_L1); });
+    return names;
+}
+
+void tst_Program::putDatabase(const QString& name)
+{
+    const QString path = file(u"database.xml"_s);
+    QFile::remove(path);
+    QVERIFY(QFile::copy(QStringLiteral(MVR_SOURCE_DIR "/tests/data/") + name, path));
+    QVERIFY(QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner));
+}
+
+/// Starts the program and waits until its window is there and has the focus.
+void tst_Program::startProgram()
+{
+    m_program = std::make_unique<Process>(QStringLiteral(MVR_PROGRAM));
+    m_program->start(m_environment);
+    QTRY_VERIFY_WITH_TIMEOUT(isActive(visibleWindow(*m_program)), patienceMs);
+    m_window = visibleWindow(*m_program);
+}
+
+QStringList tst_Program::namesOnDisk(const FocusGroup::Id& group) const
+{
+    TaskStorage storage(file(u"database.xml"_s));
+    if (storage.init() != TaskStorage::NoError)
+        return {u"the database does not load"_s};
+    QList<TodoTask::Id> ids;
+    storage.enumGroup(group, ids);
+    QStringList names;
+    for (const TodoTask::Id& id : std::as_const(ids))
+        names << storage.get(id).name();
+    return names;
+}
+
+void tst_Program::endsInOrder_data()
+{
+    QTest::addColumn<int>("signal");
+    QTest::newRow("terminate") << SIGTERM;
+    QTest::newRow("interrupt") << SIGINT;
+    QTest::newRow("hang up") << SIGHUP;
+}
+
+void tst_Program::endsInOrder()
+{
+    QFETCH(int, signal);
+    const QByteArray before = contentsOf(file(u"database.xml"_s));
+    startProgram();
+    m_program->signal(signal);
+    QCOMPARE(m_program->exitCode(), 0);
+    QCOMPARE(contentsOf(file(u"database.xml"_s)), before);
+    QCOMPARE(contentsOf(file(u"log.txt"_s)), QByteArray());
+    QCOMPARE(files(), QStringList({u"database.xml"_s, u"log.txt"_s}));
+}
+
+void tst_Program::closingHidesAndASecondStartShows()
+{
+    startProgram();
+    press({u"alt+F4"_s});
+    QTRY_VERIFY_WITH_TIMEOUT(visibleWindow(*m_program).isEmpty(), patienceMs);
+
+    Process second(QStringLiteral(MVR_PROGRAM));
+    second.start(m_environment);
+    QCOMPARE(second.exitCode(), 0);
+    QTRY_VERIFY_WITH_TIMEOUT(isActive(visibleWindow(*m_program)), patienceMs);
+    QVERIFY(m_program->isRunning());
+
+    m_program->signal(SIGTERM);
+    QCOMPARE(m_program->exitCode(), 0);
+    QCOMPARE(contentsOf(file(u"log.txt"_s)), QByteArray());
+}
+
+void tst_Program::secondStartRestores()
+{
+    startProgram();
+    xdotool({u"windowminimize"_s, m_window});
+    QTRY_VERIFY_WITH_TIMEOUT(isMinimised(m_window), patienceMs);
+
+    // A start from another session finds the copy all the same.
+    QProcessEnvironment elsewhere = m_environment;
+    elsewhere.insert(u"XDG_RUNTIME_DIR"_s, m_home->path());
+    Process second(QStringLiteral(MVR_PROGRAM));
+    second.start(elsewhere);
+    QCOMPARE(second.exitCode(), 0);
+    QTRY_VERIFY_WITH_TIMEOUT(isActive(visibleWindow(*m_program)), patienceMs);
+    QVERIFY(!isMinimised(m_window));
+}
+
+void tst_Program::startWithoutDatabase()
+{
+    QVERIFY(QDir(m_home->filePath(u".Mivora"_s)).removeRecursively());
+    startProgram();
+    m_program->signal(SIGTERM);
+    QCOMPARE(m_program->exitCode(), 0);
+    QVERIFY(!files().contains(u"settings.ini"_s));
+}
+
+void tst_Program::sessionSaves()
+{
+    Process manager(QStringLiteral(MVR_SESSION_MANAGER));
+    manager.start();
+    m_environment.insert(u"SESSION_MANAGER"_s, manager.line());
+    const QByteArray before = contentsOf(file(u"database.xml"_s));
+    startProgram();
+    QCOMPARE(manager.line(), u"registered"_s);
+    QCOMPARE(manager.line(), u"saved"_s);
+    QCOMPARE(contentsOf(file(u"database.xml"_s)), before);
+    QVERIFY2(!QFile::exists(file(u"database.xml.bak"_s)), "nothing changed: nothing written");
+
+    QVERIFY(QFile::remove(file(u"database.xml"_s)));
+    manager.write("save\n");
+    QCOMPARE(manager.line(), u"saved"_s);
+    QVERIFY2(QFile::exists(file(u"database.xml"_s)), "written in any case");
+    QVERIFY(namesOnDisk(TaskStorage::ms_inboxId).size() > 1);
+
+    press({u"Down"_s, u"Delete"_s, u"alt+F4"_s});
+    QTRY_VERIFY_WITH_TIMEOUT(visibleWindow(*m_program).isEmpty(), patienceMs);
+    const QStringList old = namesOnDisk(TaskStorage::ms_inboxId);
+    manager.write("save\n");
+    QCOMPARE(manager.line(), u"saved"_s);
+    QCOMPARE(namesOnDisk(TaskStorage::ms_inboxId), old.mid(1));
+    QVERIFY2(m_program->isRunning(), "saving ends nothing");
+}
+
+void tst_Program::sessionEnds()
+{
+    Process manager(QStringLiteral(MVR_SESSION_MANAGER));
+    manager.start();
+    m_environment.insert(u"SESSION_MANAGER"_s, manager.line());
+    startProgram();
+    QCOMPARE(manager.line(), u"registered"_s);
+    QCOMPARE(manager.line(), u"saved"_s);
+    manager.write("shutdown\n");
+    QCOMPARE(manager.line(), u"saved"_s);
+    QCOMPARE(manager.line(), u"closed"_s);
+    QCOMPARE(m_program->exitCode(), 0);
+    QCOMPARE(contentsOf(file(u"log.txt"_s)), QByteArray());
+}
+
+void tst_Program::refusedDatabase_data()
+{
+    QTest::addColumn<QString>("database");
+    QTest::addColumn<QByteArray>("reason");
+    QTest::newRow("newer") << u"damaged/version-newer.xml"_s
+                           << QByteArray("Database version is not supported. "
+                                         "(Reader ver - 1; Database ver - 2)");
+    QTest::newRow("version is no number")
+        << u"damaged/version-text.xml"_s << QByteArray("Database version is corrupted: \"abc\"");
+    QTest::newRow("truncated") << u"damaged/truncated.xml"_s << QByteArray("Xml reader failed: ");
+}
+
+void tst_Program::refusedDatabase()
+{
+    QFETCH(QString, database);
+    QFETCH(QByteArray, reason);
+    putDatabase(database);
+    const QByteArray before = contentsOf(file(u"database.xml"_s));
+    startProgram();
+    QVERIFY2(contentsOf(file(u"log.txt"_s)).contains(reason), "while the box is still open");
+
+    // Somebody who tries again while the box is open is not made to wait.
+    Process second(QStringLiteral(MVR_PROGRAM));
+    second.start(m_environment);
+    QCOMPARE(second.exitCode(), 0);
+
+    press({u"Return"_s});
+    QCOMPARE(m_program->exitCode(), 1);
+    QCOMPARE(contentsOf(file(u"database.xml"_s)), before);
+    QCOMPARE(files(), QStringList({u"database.xml"_s, u"log.txt"_s}));
+}
+
+void tst_Program::signalEndsTheRefusal()
+{
+    putDatabase(u"damaged/version-newer.xml"_s);
+    startProgram();
+    m_program->signal(SIGTERM);
+    QCOMPARE(m_program->exitCode(), 1);
+}
+
+void tst_Program::logThatCannotBeOpened()
+{
+    QVERIFY(QDir().mkpath(file(u"log.txt"_s)));
+    startProgram();
+    m_program->signal(SIGTERM);
+    QCOMPARE(m_program->exitCode(), 0);
+}
+
+void tst_Program::editsAreOnTheDisk()
+{
+    const QStringList before = namesOnDisk(TaskStorage::ms_inboxId);
+    QVERIFY(before.size() > 2);
+    startProgram();
+    press({u"Down"_s, u"Return"_s, u"ctrl+a"_s});
+    xdotool({u"type"_s, u"Renamed by hand"_s});
+    press({u"Return"_s});
+    press({u"Down"_s, u"Delete"_s});
+    m_program->signal(SIGTERM);
+    QCOMPARE(m_program->exitCode(), 0);
+
+    QStringList expected = before;
+    expected[0] = u"Renamed by hand"_s;
+    expected.removeAt(1);
+    QCOMPARE(namesOnDisk(TaskStorage::ms_inboxId), expected);
+
+    startProgram();
+    m_program->signal(SIGTERM);
+    QCOMPARE(m_program->exitCode(), 0);
+    QCOMPARE(namesOnDisk(TaskStorage::ms_inboxId), expected);
+}
+
+QTEST_GUILESS_MAIN(tst_Program)
+#include "tst_program.moc"
