@@ -10,9 +10,12 @@
 #include "ui/controls/StyleHelper.h"
 #include "ui/icons/IconsHelper.h"
 
+#include <QFontMetrics>
 #include <QWidget>
 
+#include <cstdlib>
 #include <memory>
+#include <thread>
 
 using namespace Qt::StringLiterals;
 
@@ -62,6 +65,23 @@ void dropLibraryPaths()
     QCoreApplication::setLibraryPaths({});
 }
 
+/// Has the fonts looked up meanwhile: that takes as long as loading a thousand tasks.
+std::jthread findFonts()
+{
+    return std::jthread([font = QGuiApplication::font()] {
+        (void)QFontMetrics(font).horizontalAdvance(u"Mivora"_s);
+    });
+}
+
+/// When the display goes away, the toolkit ends the process through exit(): what the user entered
+/// is written even then. After an orderly shutdown there is nothing left to do.
+void commitAtExit()
+{
+    dynamic_singleton<TaskCore>::destroy();
+    if (dynamic_singleton<logging::LogHelper>::exists())
+        dynamic_singleton<logging::LogHelper>::inst().flush();
+}
+
 void destroySingletons()
 {
     // The usage metrics go first, then the settings.
@@ -84,6 +104,7 @@ int main(int argc, char** argv)
     }
 
     const SignalHandler signalHandler;
+    const std::jthread fontFinder = findFonts();
     if (!hasLog)
         hasLog = dynamic_singleton<logging::LogHelper>::inst().init(PathHelper::logFile());
     MVR_LOG_INFO(u"======================= Startup ======================="_s);
@@ -92,6 +113,7 @@ int main(int argc, char** argv)
         StartupRefusal::show(error);
         return 1;
     }
+    std::atexit(commitAtExit);
     // The settings are loaded and upgraded here, then the usage metrics and the language.
 
     auto window = std::make_unique<MainWindow>();

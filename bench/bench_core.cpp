@@ -19,6 +19,7 @@
 #include <QXmlStreamWriter>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdio>
 #include <malloc.h>
 #include <map>
@@ -65,26 +66,22 @@ const QList<TodoTask::Id>& taskIds()
     return ids;
 }
 
-void tokenLoop(benchmark::State& state)
+void tokenLoop()
 {
-    for (auto _ : state) {
-        QFile file(databasePath);
-        file.open(QIODevice::ReadOnly);
-        QXmlStreamReader reader(&file);
-        while (!reader.atEnd())
-            benchmark::DoNotOptimize(reader.readNext());
-    }
+    QFile file(databasePath);
+    file.open(QIODevice::ReadOnly);
+    QXmlStreamReader reader(&file);
+    while (!reader.atEnd())
+        benchmark::DoNotOptimize(reader.readNext());
 }
 
-void loadDatabase(benchmark::State& state)
+void loadDatabase()
 {
     // Kept to the end: a program loads into a fresh heap, not into one that a store was freed from.
     static std::vector<std::unique_ptr<TaskStorage>> kept;
-    for (auto _ : state) {
-        kept.push_back(std::make_unique<TaskStorage>(QString()));
-        if (!load(*kept.back()))
-            state.SkipWithError("the database does not load");
-    }
+    kept.push_back(std::make_unique<TaskStorage>(QString()));
+    if (!load(*kept.back()))
+        qFatal("the database does not load");
 }
 
 /// Every string of the document, as the bare loop writes them.
@@ -121,46 +118,73 @@ struct Strings
     }
 };
 
-void writerLoop(benchmark::State& state)
+void writerLoop()
 {
     static const Strings strings;
-    const QTemporaryDir dir;
-    for (auto _ : state) {
-        QFile file(dir.filePath(u"bare.xml"_s));
-        file.open(QIODevice::WriteOnly);
-        QXmlStreamWriter writer(&file);
-        writer.writeStartDocument();
-        for (const Strings::Element& element : strings.elements) {
-            if (!element.opens) {
+    static const QTemporaryDir dir;
+    QFile file(dir.filePath(u"bare.xml"_s));
+    file.open(QIODevice::WriteOnly);
+    QXmlStreamWriter writer(&file);
+    writer.writeStartDocument();
+    for (const Strings::Element& element : strings.elements) {
+        if (!element.opens) {
+            writer.writeEndElement();
+        } else if (element.closes && element.attributes.isEmpty()) {
+            writer.writeTextElement(element.name, element.text);
+        } else {
+            writer.writeStartElement(element.name);
+            writer.writeAttributes(element.attributes);
+            if (element.closes)
                 writer.writeEndElement();
-            } else if (element.closes && element.attributes.isEmpty()) {
-                writer.writeTextElement(element.name, element.text);
-            } else {
-                writer.writeStartElement(element.name);
-                writer.writeAttributes(element.attributes);
-                if (element.closes)
-                    writer.writeEndElement();
-            }
         }
-        writer.writeEndDocument();
-        file.close();
     }
+    writer.writeEndDocument();
 }
 
 /// What the commit thread does with its snapshot: write, sync to the disk, swap.
-void commitDatabase(benchmark::State& state)
+void commitDatabase()
 {
-    const QTemporaryDir dir;
-    for (auto _ : state) {
-        TaskStorageSnapsot snapshot;
-        loadedStore().takeSnapshot(snapshot);
-        const SafeWriteResult result =
-            replaceFileSafely(dir.filePath(u"database.xml"_s), [&snapshot](QIODevice& device) {
-                return TaskStorageWriter().write(&device, snapshot);
-            });
-        if (result.state != ESafeWrite::done)
-            state.SkipWithError("the commit failed");
+    static const QTemporaryDir dir;
+    TaskStorageSnapsot snapshot;
+    loadedStore().takeSnapshot(snapshot);
+    const SafeWriteResult result =
+        replaceFileSafely(dir.filePath(u"database.xml"_s), [&snapshot](QIODevice& device) {
+            return TaskStorageWriter().write(&device, snapshot);
+        });
+    if (result.state != ESafeWrite::done)
+        qFatal("the commit failed");
+}
+
+double milliseconds(void (*function)())
+{
+    const auto begin = std::chrono::steady_clock::now();
+    function();
+    const std::chrono::duration<double, std::milli> time = std::chrono::steady_clock::now() - begin;
+    return time.count();
+}
+
+double median(std::vector<double> values)
+{
+    std::sort(values.begin(), values.end());
+    return values.at(values.size() / 2);
+}
+
+/// The median ratio of the times of two functions that take turns, so that a slow moment of the
+/// machine hits both.
+double pairedRatio(const char* name, void (*measured)(), void (*bare)())
+{
+    constexpr int rounds = 11;
+    std::vector<double> ratios;
+    std::vector<double> times;
+    bare();
+    measured();
+    for (int round = 0; round < rounds; ++round) {
+        const double bareTime = milliseconds(bare);
+        times.push_back(milliseconds(measured));
+        ratios.push_back(times.back() / bareTime);
     }
+    std::printf("%-28s %8.0f ms (median of %d)\n", name, median(times), rounds);
+    return median(ratios);
 }
 
 void takeSnapshot(benchmark::State& state)
@@ -235,8 +259,7 @@ std::pair<double, double> memory()
     return {used(after) - used(before), static_cast<double>(characters * 2)};
 }
 
-/// Collects the fastest of the repeated runs of each benchmark, in milliseconds of processor and
-/// of wall-clock time.
+/// Collects the results, in milliseconds of processor time.
 class Collector : public benchmark::ConsoleReporter
 {
 public:
@@ -245,30 +268,20 @@ public:
         for (const Run& run : runs) {
             if (run.run_type != Run::RT_Iteration)
                 continue;
-            const auto add = [&](std::map<std::string, double>& best, double seconds) {
-                const double ms = seconds / static_cast<double>(run.iterations) * 1e3;
-                auto [found, fresh] = best.try_emplace(run.run_name.function_name, ms);
-                if (!fresh)
-                    found->second = std::min(found->second, ms);
-            };
-            add(m_wall, run.real_accumulated_time);
-            add(m_cpu, run.cpu_accumulated_time);
+            m_ms[run.run_name.function_name] =
+                run.cpu_accumulated_time / static_cast<double>(run.iterations) * 1e3;
         }
         ConsoleReporter::ReportRuns(runs);
     }
 
-    [[nodiscard]] double cpu(const std::string& name) const { return valueIn(m_cpu, name); }
-    [[nodiscard]] double wall(const std::string& name) const { return valueIn(m_wall, name); }
-
-private:
-    static double valueIn(const std::map<std::string, double>& times, const std::string& name)
+    [[nodiscard]] double ms(const std::string& name) const
     {
-        const auto found = times.find(name);
-        return found == times.end() ? 0 : found->second;
+        const auto found = m_ms.find(name);
+        return found == m_ms.end() ? 0 : found->second;
     }
 
-    std::map<std::string, double> m_cpu;
-    std::map<std::string, double> m_wall;
+private:
+    std::map<std::string, double> m_ms;
 };
 
 struct Named
@@ -294,16 +307,12 @@ int main(int argc, char** argv)
         return 2;
     }
     databasePath = QString::fromLocal8Bit(argv[1]);
+    const double loadRatio = pairedRatio("load", loadDatabase, tokenLoop);
     const auto [heap, text] = memory();
     (void)taskIds();
 
-    // In turn, so that a noisy moment of the machine hits both sides of a ratio.
-    for (int round = 0; round < 3; ++round) {
-        for (const auto& [name, function] : std::initializer_list<Named>{
-                 {"tokenLoop", tokenLoop}, {"loadDatabase", loadDatabase},
-                 {"writerLoop", writerLoop}, {"commitDatabase", commitDatabase}})
-            benchmark::RegisterBenchmark(name, function)->Unit(benchmark::kMillisecond);
-    }
+    const double commitRatio = pairedRatio("commit", commitDatabase, writerLoop);
+
     for (const auto& [name, function] : std::initializer_list<Named>{
              {"takeSnapshot", takeSnapshot}, {"renameTask", renameTask},
              {"completeTask", completeTask}, {"addTask", addTask}})
@@ -316,15 +325,13 @@ int main(int argc, char** argv)
 
     std::printf("\n%lld tasks, %lld bytes of XML\n", static_cast<long long>(taskIds().size()),
                 static_cast<long long>(QFile(databasePath).size()));
-    line("load / bare token loop", collector.cpu("loadDatabase") / collector.cpu("tokenLoop"), 1.3,
-         "x");
-    line("commit / bare writer loop",
-         collector.wall("commitDatabase") / collector.wall("writerLoop"), 1.3, "x");
-    line("snapshot under the lock", collector.cpu("takeSnapshot"), 1, "ms");
-    line("first change after a snapshot", collector.cpu("changeAfterSnapshot"), 10, "ms");
+    line("load / bare token loop", loadRatio, 1.3, "x");
+    line("commit / bare writer loop", commitRatio, 1.3, "x");
+    line("snapshot under the lock", collector.ms("takeSnapshot"), 1, "ms");
+    line("first change after a snapshot", collector.ms("changeAfterSnapshot"), 10, "ms");
     line("store memory / text it holds (UTF-16)", heap / text, 3, "x");
-    line("rename", collector.cpu("renameTask") * 1e3, 3, "us");
-    line("complete", collector.cpu("completeTask") * 1e3, 3, "us");
-    line("add", collector.cpu("addTask") * 1e3, 3, "us");
+    line("rename", collector.ms("renameTask") * 1e3, 3, "us");
+    line("complete", collector.ms("completeTask") * 1e3, 3, "us");
+    line("add", collector.ms("addTask") * 1e3, 3, "us");
     return 0;
 }

@@ -4,16 +4,26 @@
 
 namespace {
 
-/// The value of a hexadecimal digit; larger than 15 for any other character.
-constexpr uint digitValue(char16_t c)
+constexpr quint8 noDigit = 0xFF;
+
+/// The values of the hexadecimal digits among the first 128 characters.
+constexpr std::array<quint8, 128> makeDigits()
 {
-    if (c >= u'0' && c <= u'9')
-        return c - u'0';
-    if (c >= u'a' && c <= u'f')
-        return c - u'a' + 10;
-    if (c >= u'A' && c <= u'F')
-        return c - u'A' + 10;
-    return 0x100;
+    std::array<quint8, 128> values{};
+    values.fill(noDigit);
+    for (quint8 i = 0; i < 10; ++i)
+        values[u'0' + i] = i;
+    for (quint8 i = 0; i < 6; ++i)
+        values[u'a' + i] = values[u'A' + i] = static_cast<quint8>(10 + i);
+    return values;
+}
+
+constexpr std::array<quint8, 128> digits = makeDigits();
+
+/// Larger than 15 for any character that is no hexadecimal digit.
+quint8 digitValue(QChar c)
+{
+    return c.unicode() < digits.size() ? digits[c.unicode()] : noDigit;
 }
 
 bool isBraced(QStringView text)
@@ -32,12 +42,12 @@ QUuid idFromText(QStringView text)
     if (!isBraced(text))
         return QUuid::fromString(text);
     std::array<char, 16> bytes{};
-    uint all = 0;
+    quint8 all = 0;
     for (size_t i = 0; i < pairs.size(); ++i) {
-        const uint value = digitValue(text[pairs[i]].unicode()) << 4 |
-                           digitValue(text[pairs[i] + 1].unicode());
-        all |= value;
-        bytes[i] = static_cast<char>(value);
+        const quint8 high = digitValue(text[pairs[i]]);
+        const quint8 low = digitValue(text[pairs[i] + 1]);
+        all |= high | low;
+        bytes[i] = static_cast<char>(high << 4 | (low & 0xF));
     }
-    return all > 0xFF ? QUuid() : QUuid::fromRfc4122(QByteArrayView(bytes.data(), bytes.size()));
+    return all > 0xF ? QUuid() : QUuid::fromRfc4122(QByteArrayView(bytes.data(), bytes.size()));
 }

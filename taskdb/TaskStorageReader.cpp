@@ -22,6 +22,8 @@ TaskStorage::ErrorType TaskStorageReader::read(QIODevice* device)
     if (!device)
         return TaskStorage::ReadFailure;
     setDevice(device);
+    // The format has no namespaces, and looking for them takes its time.
+    setNamespaceProcessing(false);
     while (!atEnd()) {
         if (readNext() != StartElement)
             continue;
@@ -120,7 +122,7 @@ void TaskStorageReader::_readGroup()
                 m_store->addTask(id, idFromText(m_text));
         } else if (name() == u"icon") {
             if (_readNextText(m_text))
-                m_store->_setGroupIcon(id, QString(m_text.constData(), m_text.size()));
+                m_store->_setGroupIcon(id, QStringView(m_text).toString());
         } else {
             skipCurrentElement();
         }
@@ -141,12 +143,8 @@ void TaskStorageReader::_readTasks()
 void TaskStorageReader::_readTask()
 {
     m_task.clear();
-    while (readNextStartElement()) {
-        if (QString* text = _textFor(name()))
-            _readNextText(*text);
-        else
-            skipCurrentElement();
-    }
+    while (readNextStartElement())
+        _readTaskChild(name());
     if (hasError())
         return;
     TodoTask task;
@@ -158,35 +156,39 @@ void TaskStorageReader::_readTask()
     m_store->_addTask(task);
 }
 
-QString* TaskStorageReader::_textFor(QStringView element)
+void TaskStorageReader::_readTaskChild(QStringView element)
 {
     struct Known
     {
         QStringView name;
-        QString TaskTexts::*text;
+        ShortText TaskTexts::*text;
     };
-    static constexpr std::array known{
+    static constexpr std::array parsed{
         Known{u"id", &TaskTexts::id},
-        Known{u"name", &TaskTexts::name},
-        Known{u"notes", &TaskTexts::notes},
         Known{u"completed", &TaskTexts::completed},
         Known{u"due", &TaskTexts::due},
         Known{u"tcrt", &TaskTexts::created},
         Known{u"tcmpl", &TaskTexts::completedAt},
         Known{u"tdel", &TaskTexts::deletedAt},
     };
-    for (const Known& each : known) {
-        if (element == each.name)
-            return &(m_task.*each.text);
+    for (const Known& each : parsed) {
+        if (element == each.name) {
+            _readNextText(m_task.*each.text);
+            return;
+        }
     }
-    return nullptr;
+    if (element == u"name")
+        _readNextText(m_task.name);
+    else if (element == u"notes")
+        _readNextText(m_task.notes);
+    else
+        skipCurrentElement();
 }
 
 void TaskStorageReader::TaskTexts::clear()
 {
-    // The record shares these two; the others are only parsed.
     name = QString();
     notes = QString();
-    for (QString* text : {&id, &completed, &due, &created, &completedAt, &deletedAt})
-        text->resize(0);
+    for (ShortText* text : {&id, &completed, &due, &created, &completedAt, &deletedAt})
+        text->clear();
 }

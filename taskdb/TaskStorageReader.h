@@ -21,15 +21,17 @@ private:
     void _readTasks();
     void _readTask();
 
-    /// The texts of one task's children; kept between tasks for their capacity.
+    void _readTaskChild(QStringView element);
+
+    /// The texts of one task's children.
     struct TaskTexts
     {
-        QString id, name, notes, completed, due, created, completedAt, deletedAt;
+        QString name, notes;
+        ShortText id, completed, due, created, completedAt, deletedAt;
         void clear();
     };
-    [[nodiscard]] QString* _textFor(QStringView element);
 
     TaskStorage* m_store;
     TaskTexts m_task;
-    QString m_text;
+    ShortText m_text;
 };

@@ -28,6 +28,22 @@ QDateTime fromRaw(qint64 time)
     return time == TodoTask::noTime ? QDateTime() : QDateTime::fromMSecsSinceEpoch(time);
 }
 
+/// Reads a number of at most 18 plain digits, as nearly all times are, in a fraction of the time
+/// that QStringView takes. Returns whether the text is one.
+bool readPlainNumber(QStringView text, qint64& value)
+{
+    if (text.size() > 18)
+        return false;
+    value = 0;
+    for (QChar c : text) {
+        const uint digit = c.unicode() - uint{u'0'};
+        if (digit > 9)
+            return false;
+        value = value * 10 + digit;
+    }
+    return true;
+}
+
 /// Reads a time; text that is no time leaves it as it is.
 void loadTime(QStringView text, qint64& time)
 {
@@ -36,10 +52,13 @@ void loadTime(QStringView text, qint64& time)
 
     if (text.isEmpty())
         return;
-    bool ok = false;
-    const qint64 value = text.toLongLong(&ok, 10);
-    if (!ok)
-        return;
+    qint64 value = 0;
+    if (!readPlainNumber(text, value)) {
+        bool ok = false;
+        value = text.toLongLong(&ok, 10);
+        if (!ok)
+            return;
+    }
     const bool valid = (value > -surelyValid && value < surelyValid) || fromRaw(value).isValid();
     if (valid)
         time = value;
@@ -153,12 +172,14 @@ QString TodoTask::toString() const
     return notes.isEmpty() ? name : QString(name + u" ("_s + notes + u')');
 }
 
+// The store gets the identifier by value: what its signals set off may replace this very record.
+
 void TodoTask::rename(const QString& name)
 {
     if (!_rename(name))
         return;
     if (TaskStorage* storage = sharedStorage())
-        storage->renameTask(d->id, name);
+        storage->renameTask(id(), name);
 }
 
 void TodoTask::setNotes(const QString& notes)
@@ -166,7 +187,7 @@ void TodoTask::setNotes(const QString& notes)
     if (!_setNotes(notes))
         return;
     if (TaskStorage* storage = sharedStorage())
-        storage->attachNotesToTask(d->id, notes);
+        storage->attachNotesToTask(id(), notes);
 }
 
 void TodoTask::setTimeDue(const QDateTime& time)
@@ -174,7 +195,7 @@ void TodoTask::setTimeDue(const QDateTime& time)
     if (!_setTimeDue(time))
         return;
     if (TaskStorage* storage = sharedStorage())
-        storage->setTaskDueTime(d->id, time);
+        storage->setTaskDueTime(id(), time);
 }
 
 void TodoTask::setCompleted(bool completed)
@@ -183,7 +204,7 @@ void TodoTask::setCompleted(bool completed)
     if (!_setCompleted(completed, time))
         return;
     if (TaskStorage* storage = sharedStorage())
-        storage->completeTask(d->id, completed, time);
+        storage->completeTask(id(), completed, time);
 }
 
 // The comparisons read through constData(): a mere look must not detach a shared record.

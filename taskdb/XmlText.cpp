@@ -1,5 +1,7 @@
 #include "taskdb/XmlText.h"
 
+#include <algorithm>
+
 namespace {
 
 /// How many code units from `at` on form a character that XML 1.0 allows; 0 for none.
@@ -19,6 +21,10 @@ int allowedUnits(QStringView text, qsizetype at)
 
 QString xmlText(const QString& text)
 {
+    // Nearly all text is free of anything to look at twice.
+    const auto suspicious = [](QChar c) { return c.unicode() < 0x20 || c.unicode() >= 0xD800; };
+    if (std::none_of(text.cbegin(), text.cend(), suspicious))
+        return text;
     QString clean = text;
     for (qsizetype i = 0; i < text.size();) {
         const int units = allowedUnits(text, i);

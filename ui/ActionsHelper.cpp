@@ -2,8 +2,6 @@
 
 #include "ui/icons/PictureIcon.h"
 
-#include <QIcon>
-
 using namespace Qt::StringLiterals;
 
 namespace {

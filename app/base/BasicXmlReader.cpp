@@ -12,15 +12,30 @@ void BasicXmlReader::_fail(const QString& message)
 
 bool BasicXmlReader::_readNextText(QString& text)
 {
-    // Keeps the capacity of a string that a caller uses again.
-    text.resize(0);
+    text = QString();
+    return _readChunks([&text](QStringView chunk) {
+        // The usual text comes whole, and then takes just the memory it needs.
+        if (text.isNull())
+            text = chunk.toString();
+        else
+            text.append(chunk);
+    });
+}
+
+bool BasicXmlReader::_readNextText(ShortText& text)
+{
+    text.clear();
+    return _readChunks(
+        [&text](QStringView chunk) { text.append(chunk.data(), chunk.size()); });
+}
+
+template <typename Append>
+bool BasicXmlReader::_readChunks(Append append)
+{
     while (!hasError()) {
         switch (readNext()) {
         case Characters:
-            // The usual text comes whole, and then takes just the memory it needs.
-            if (text.isEmpty() && text.capacity() < QXmlStreamReader::text().size())
-                text.reserve(QXmlStreamReader::text().size());
-            text.append(QXmlStreamReader::text());
+            append(text());
             break;
         case Comment:
         case ProcessingInstruction:
