@@ -1,4 +1,5 @@
 // The program from start to end: what comes up, in which order, and how it is taken down.
+#include "app/FontFinder.h"
 #include "app/MVRApp.h"
 #include "app/SignalHandler.h"
 #include "app/StartupRefusal.h"
@@ -10,12 +11,10 @@
 #include "ui/controls/StyleHelper.h"
 #include "ui/icons/IconsHelper.h"
 
-#include <QFontMetrics>
 #include <QWidget>
 
 #include <cstdlib>
 #include <memory>
-#include <thread>
 
 using namespace Qt::StringLiterals;
 
@@ -65,14 +64,6 @@ void dropLibraryPaths()
     QCoreApplication::setLibraryPaths({});
 }
 
-/// Has the fonts looked up meanwhile: that takes as long as loading a thousand tasks.
-std::jthread findFonts()
-{
-    return std::jthread([font = QGuiApplication::font()] {
-        (void)QFontMetrics(font).horizontalAdvance(u"Mivora"_s);
-    });
-}
-
 /// When the display goes away, the toolkit ends the process through exit(): what the user entered
 /// is written even then. After an orderly shutdown there is nothing left to do.
 void commitAtExit()
@@ -95,6 +86,7 @@ void destroySingletons()
 
 int main(int argc, char** argv)
 {
+    FontFinder fontFinder;
     const std::unique_ptr<MVRApp> app = makeApplication(argc, argv);
     QApplication::setWindowIcon(dynamic_singleton<IconsHelper>::inst().appIcon(0, QString()));
     dropLibraryPaths();
@@ -104,7 +96,7 @@ int main(int argc, char** argv)
     }
 
     const SignalHandler signalHandler;
-    const std::jthread fontFinder = findFonts();
+    fontFinder.findApplicationFont();
     if (!hasLog)
         hasLog = dynamic_singleton<logging::LogHelper>::inst().init(PathHelper::logFile());
     MVR_LOG_INFO(u"======================= Startup ======================="_s);

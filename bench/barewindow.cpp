@@ -1,8 +1,9 @@
-// The plainest window: what starting any program of this toolkit costs.
+// The plainest windows: what starting any program of this toolkit costs.
+// Usage: barewindow [TEXT]. With a text the window shows it, and so has to find fonts.
 
 #include <QApplication>
+#include <QLabel>
 #include <QScreen>
-#include <QWidget>
 
 int main(int argc, char** argv)
 {
@@ -10,6 +11,9 @@ int main(int argc, char** argv)
     QWidget window;
     window.resize(800, 450);
     window.move(window.screen()->geometry().center() - window.rect().center());
+    const QString text = QCoreApplication::arguments().value(1);
+    if (!text.isEmpty())
+        new QLabel(text, &window);
     window.show();
     return QApplication::exec();
 }

@@ -30,9 +30,11 @@ public:
     }
     Q_DISABLE_COPY_MOVE(Process)
 
-    void start(const QProcessEnvironment& environment = QProcessEnvironment::systemEnvironment())
+    void start(const QProcessEnvironment& environment = QProcessEnvironment::systemEnvironment(),
+               const QStringList& arguments = {})
     {
         m_process.setProcessEnvironment(environment);
+        m_process.setArguments(arguments);
         m_process.start();
         m_process.waitForStarted();
     }
@@ -61,9 +63,11 @@ private:
     QProcess m_process;
 };
 
-QString output(const QString& program, const QStringList& arguments)
+QString output(const QString& program, const QStringList& arguments,
+               const QProcessEnvironment& environment = QProcessEnvironment::systemEnvironment())
 {
     QProcess process;
+    process.setProcessEnvironment(environment);
     process.start(program, arguments);
     process.waitForFinished(patienceMs);
     return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
@@ -123,6 +127,7 @@ private Q_SLOTS:
     void signalEndsTheRefusal();
     void logThatCannotBeOpened();
     void editsAreOnTheDisk();
+    void displayGoesAway();
 
 private:
     void putDatabase(const QString& name);
@@ -373,6 +378,28 @@ void tst_Program::editsAreOnTheDisk()
     m_program->signal(SIGTERM);
     QCOMPARE(m_program->exitCode(), 0);
     QCOMPARE(namesOnDisk(TaskStorage::ms_inboxId), expected);
+}
+
+/// A display that dies takes the program with it, but nothing that was entered.
+void tst_Program::displayGoesAway()
+{
+    const QStringList before = namesOnDisk(TaskStorage::ms_inboxId);
+    Process display(u"Xvfb"_s);
+    display.start(QProcessEnvironment::systemEnvironment(),
+                  {u"-displayfd"_s, u"1"_s, u"-noreset"_s, u"-nolisten"_s, u"tcp"_s});
+    m_environment.insert(u"DISPLAY"_s, u":"_s + display.line());
+    m_program = std::make_unique<Process>(QStringLiteral(MVR_PROGRAM));
+    m_program->start(m_environment);
+    const auto focused = [this] {
+        return output(u"xdotool"_s, {u"getwindowfocus"_s, u"getwindowname"_s}, m_environment);
+    };
+    QTRY_COMPARE_WITH_TIMEOUT(focused(), u"Mivora"_s, patienceMs);
+    const QStringList keys{u"Down"_s, u"Return"_s, u"ctrl+a"_s, u"x"_s};
+    output(u"xdotool"_s, QStringList{u"key"_s} + keys, m_environment);
+    display.signal(SIGKILL);
+    QCOMPARE(m_program->exitCode(), 1);
+    QVERIFY(m_program->errors().contains("X11"_L1));
+    QCOMPARE(namesOnDisk(TaskStorage::ms_inboxId), QStringList{u"x"_s} + before.mid(1));
 }
 
 QTEST_GUILESS_MAIN(tst_Program)
