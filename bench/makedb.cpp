@@ -12,11 +12,14 @@
 
 #include <array>
 #include <cstdio>
+#include <cstdlib>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
+/// The databases' today, 2026-11-01: the same seed gives the same file on any day.
+constexpr qint64 now = Q_INT64_C(1'793'534'400'000);
 constexpr qint64 dayMs = Q_INT64_C(86'400'000);
 
 QUuid randomId(QRandomGenerator& random)
@@ -51,7 +54,7 @@ QString randomText(QRandomGenerator& random, int words)
     return picked.join(u' ');
 }
 
-TodoTask randomTask(QRandomGenerator& random, qint64 now)
+TodoTask randomTask(QRandomGenerator& random)
 {
     const bool completed = random.bounded(5) == 0;
     const QString created = QString::number(now - random.bounded(qint64{700}) * dayMs);
@@ -99,16 +102,21 @@ int main(int argc, char** argv)
         parser.showHelp(2);
 
     const auto number = [&parser](const QString& name) {
-        return qMax(0, parser.value(name).toInt());
+        bool ok = false;
+        const int value = parser.value(name).toInt(&ok);
+        if (!ok || value < 0) {
+            std::fprintf(stderr, "makedb: --%s takes a number, 0 or more\n", qPrintable(name));
+            std::exit(2);
+        }
+        return value;
     };
     QRandomGenerator random(static_cast<quint32>(number(u"seed"_s)));
-    const qint64 now = QDateTime::currentMSecsSinceEpoch();
     QList<FocusGroup> groups = makeGroups(random, qMax(1, number(u"groups"_s)));
     const qsizetype perTask = qMin(qsizetype{number(u"per-task-groups"_s)}, groups.size());
 
     TaskStorage store({});
     for (int i = 0; i < number(u"tasks"_s); ++i) {
-        const TodoTask task = randomTask(random, now);
+        const TodoTask task = randomTask(random);
         store._addTask(task);
         for (qsizetype k = 0; k < perTask; ++k)
             groups[(i + k) % groups.size()]._add(task.id());

@@ -8,8 +8,9 @@
 #include <iterator>
 
 /// An ordered list of identifiers without duplicates or null identifiers, as an implicitly shared
-/// value. Copying takes constant time; membership is O(1); changing one entry costs O(sqrt n) at
-/// most, also right after a copy was taken: only the touched blocks are duplicated.
+/// value. Copying takes constant time; membership is O(1). Changing one entry touches one block;
+/// right after a copy was taken it duplicates that block and the list of blocks, a hundredth of the
+/// whole.
 class TaskIdList
 {
     struct Block

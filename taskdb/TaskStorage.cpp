@@ -308,7 +308,7 @@ void TaskStorage::moveTasks(const FocusGroup::Id& fromGroupId, const FocusGroup:
         return;
     QList<TodoTask::Id> known;
     known.reserve(taskIds.size());
-    const FocusGroup source = m_groups.value(fromGroupId);
+    const FocusGroup& source = *m_groups.constFind(fromGroupId);
     for (const TodoTask::Id& id : taskIds) {
         if (!id.isNull() && (m_tasks.contains(id) || source.contains(id)))
             known.append(id);

@@ -30,12 +30,15 @@ public:
     /// The store's counter at the last background commit, whether it succeeded or not.
     [[nodiscard]] qint32 lastCommitted() const { return m_lastCommitted; }
 
+    /// One look at the store: writes it if it stood still since the last look and is not what was
+    /// last written, or in the `last` pass if only the latter. The thread's own step.
+    void _pass(bool last);
+
 protected:
     void run() override;
 
 private:
     bool _waitForWakeUp();
-    void _pass(bool last);
     void _commit(const TaskStorageSnapsot& snapshot);
 
     QMutex m_mutex;

@@ -1,34 +1,18 @@
 #include "ui/FocusGroupListWidget.h"
 
-#include "app/base/dynamic_singleton.h"
 #include "app/core/TaskCore.h"
 #include "ui/FocusGroupWidget.h"
-#include "ui/controls/FancyScrollbar.h"
-#include "ui/controls/StyleHelper.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>
-#include <QPainter>
 #include <QScrollBar>
 #include <QVBoxLayout>
 
-namespace {
-TaskStorage& store()
-{
-    return *dynamic_singleton<TaskCore>::inst().storage();
-}
-} // namespace
-
 FocusGroupListWidget::FocusGroupListWidget(QWidget* parent)
-    : QScrollArea(parent)
+    : ScrollPanel(parent)
 {
-    setAttribute(Qt::WA_OpaquePaintEvent);
-    setMouseTracking(true);
-    setAutoFillBackground(false);
-    setFrameShape(NoFrame);
-    setWidgetResizable(true);
-    setVerticalScrollBar(new FancyScrollbar(Qt::Vertical, this));
-    setHorizontalScrollBar(new FancyScrollbar(Qt::Horizontal, this));
+    // The keys belong to the task list, also after a click here.
+    setFocusPolicy(Qt::NoFocus);
     setAccessibleName(tr("Groups"));
 
     auto* content = new QWidget;
@@ -44,14 +28,14 @@ FocusGroupListWidget::FocusGroupListWidget(QWidget* parent)
     _loadGroups();
     setWidget(content);
 
-    connect(&store(), &TaskStorage::groupChanged, this, &FocusGroupListWidget::_onGroupChanged);
+    connect(&taskStorage(), &TaskStorage::groupChanged, this, &FocusGroupListWidget::_onGroupChanged);
     setCurrentGroup(TaskStorage::ms_inboxId);
 }
 
 void FocusGroupListWidget::_loadGroups()
 {
     QList<FocusGroup::Id> ids;
-    store().enumGroups(ids);
+    taskStorage().enumGroups(ids);
     _addEntry(TaskStorage::ms_inboxId, m_mainLayout);
     m_mainLayout->addLayout(m_customLayout);
     for (const FocusGroup::Id& id : std::as_const(ids)) {
@@ -76,24 +60,13 @@ void FocusGroupListWidget::setCurrentGroup(const FocusGroup::Id& id)
     if (id.isNull() || id == m_groupId)
         return;
     m_groupId = id;
-    m_current = -1;
-    for (qsizetype i = 0; i < m_entries.size(); ++i) {
-        const bool found = m_entries.at(i)->groupId() == id;
-        m_entries.at(i)->setSelected(found);
-        if (found)
-            m_current = i;
-    }
-    if (m_current >= 0) {
+    for (FocusGroupWidget* entry : std::as_const(m_entries))
+        entry->setSelected(entry->groupId() == id);
+    if (FocusGroupWidget* current = m_byId.value(id)) {
         const QMargins margins = m_mainLayout->contentsMargins();
-        ensureWidgetVisible(m_entries.at(m_current), margins.left(), margins.bottom());
+        ensureWidgetVisible(current, margins.left(), margins.bottom());
     }
     Q_EMIT activated(id);
-}
-
-void FocusGroupListWidget::paintEvent(QPaintEvent* event)
-{
-    QPainter painter(viewport());
-    painter.fillRect(event->rect(), dynamic_singleton<fancy::StyleHelper>::inst().color(11));
 }
 
 void FocusGroupListWidget::mousePressEvent(QMouseEvent* event)
@@ -124,16 +97,19 @@ qsizetype FocusGroupListWidget::_findWidgetByPos(const QPoint& point) const
 void FocusGroupListWidget::_onGroupChanged(const FocusGroup::Id& id)
 {
     if (FocusGroupWidget* entry = m_byId.value(id))
-        entry->reload();
-    if (m_trashPending)
-        return;
+        entry->invalidate();
     // Tasks that end up in the Trash are told of by the group they left only.
-    m_trashPending = true;
-    QMetaObject::invokeMethod(this, &FocusGroupListWidget::_refreshTrash, Qt::QueuedConnection);
+    m_byId.value(TaskStorage::ms_trashId)->invalidate();
+    if (m_refreshPending)
+        return;
+    // Bulk changes tell of every single task: look once, when they are done.
+    m_refreshPending = true;
+    QMetaObject::invokeMethod(this, &FocusGroupListWidget::_refreshEntries, Qt::QueuedConnection);
 }
 
-void FocusGroupListWidget::_refreshTrash()
+void FocusGroupListWidget::_refreshEntries()
 {
-    m_trashPending = false;
-    m_byId.value(TaskStorage::ms_trashId)->reload();
+    m_refreshPending = false;
+    for (FocusGroupWidget* entry : std::as_const(m_entries))
+        entry->refresh();
 }

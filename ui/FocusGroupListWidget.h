@@ -2,16 +2,16 @@
 #pragma once
 
 #include "taskdb/FocusGroup.h"
+#include "ui/ScrollPanel.h"
 
 #include <QHash>
-#include <QScrollArea>
 
 class FocusGroupWidget;
 class QVBoxLayout;
 
 /// Lists Inbox, the custom groups in the store's order, Completed and Trash, and tracks which is
 /// current.
-class FocusGroupListWidget : public QScrollArea
+class FocusGroupListWidget : public ScrollPanel
 {
     Q_OBJECT
     Q_PROPERTY(FocusGroup::Id groupId READ groupId WRITE setCurrentGroup NOTIFY activated)
@@ -32,7 +32,6 @@ Q_SIGNALS:
     void changed(const FocusGroup::Id& id);
 
 protected:
-    void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
@@ -41,13 +40,12 @@ private:
     void _addEntry(const FocusGroup::Id& id, QVBoxLayout* layout);
     [[nodiscard]] qsizetype _findWidgetByPos(const QPoint& point) const;
     void _onGroupChanged(const FocusGroup::Id& id);
-    void _refreshTrash();
+    void _refreshEntries();
 
     QList<FocusGroupWidget*> m_entries;
-    qsizetype m_current = -1;
     FocusGroup::Id m_groupId;
     QVBoxLayout* m_mainLayout;
     QVBoxLayout* m_customLayout;
     QHash<FocusGroup::Id, FocusGroupWidget*> m_byId;
-    bool m_trashPending = false;
+    bool m_refreshPending = false;
 };

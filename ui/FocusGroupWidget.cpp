@@ -15,17 +15,12 @@ using namespace Qt::StringLiterals;
 namespace {
 constexpr qreal cornerRadius = 5;
 constexpr int iconSize = 20;
-
-QColor styleColor(int slot)
-{
-    return dynamic_singleton<fancy::StyleHelper>::inst().color(slot);
-}
 } // namespace
 
 FocusGroupWidget::FocusGroupWidget(const FocusGroup::Id& id, QWidget* parent)
     : QWidget(parent)
     , m_id(id)
-    , m_group(dynamic_singleton<TaskCore>::inst().storage()->getGroup(id))
+    , m_group(taskStorage().getGroup(id))
     , m_icon(new QLabel(this))
     , m_name(new QLabel(this))
 {
@@ -36,7 +31,7 @@ FocusGroupWidget::FocusGroupWidget(const FocusGroup::Id& id, QWidget* parent)
     m_name->setTextFormat(Qt::PlainText);
     m_name->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     QPalette colours = m_name->palette();
-    colours.setColor(QPalette::WindowText, styleColor(13));
+    colours.setColor(QPalette::WindowText, fancy::color(fancy::TextDark));
     m_name->setPalette(colours);
     layout->addWidget(m_icon);
     layout->addWidget(m_name, 1);
@@ -45,10 +40,18 @@ FocusGroupWidget::FocusGroupWidget(const FocusGroup::Id& id, QWidget* parent)
     _setElidedName();
 }
 
-void FocusGroupWidget::reload()
+const FocusGroup& FocusGroupWidget::group() const
 {
-    m_group = dynamic_singleton<TaskCore>::inst().storage()->getGroup(m_id);
-    if (m_group.tasks().isEmpty() != m_shownEmpty)
+    if (m_stale) {
+        m_group = taskStorage().getGroup(m_id);
+        m_stale = false;
+    }
+    return m_group;
+}
+
+void FocusGroupWidget::refresh()
+{
+    if (group().tasks().isEmpty() != m_shownEmpty)
         _setIcon();
 }
 
@@ -62,15 +65,15 @@ void FocusGroupWidget::setSelected(bool selected)
 
 void FocusGroupWidget::_setIcon()
 {
-    m_shownEmpty = m_group.tasks().isEmpty();
+    m_shownEmpty = group().tasks().isEmpty();
     const QIcon icon =
-        dynamic_singleton<IconsHelper>::inst().groupIcon(m_id, m_group.iconName(), m_shownEmpty);
+        dynamic_singleton<IconsHelper>::inst().groupIcon(m_id, group().iconName(), m_shownEmpty);
     m_icon->setPixmap(icon.pixmap(QSize(iconSize, iconSize), devicePixelRatioF()));
 }
 
 void FocusGroupWidget::_setElidedName()
 {
-    const QString name = m_group.name().simplified();
+    const QString name = group().name().simplified();
     const QString shown = m_name->fontMetrics().elidedText(name, Qt::ElideRight, m_name->width());
     m_name->setText(shown);
     // A tool tip guesses its format: only escaped text is safe from that.
@@ -83,8 +86,8 @@ void FocusGroupWidget::paintEvent(QPaintEvent* event)
     if (m_state != 0) {
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(QPen(styleColor(14), 1));
-        painter.setBrush(styleColor(selected() ? 12 : 11));
+        painter.setPen(QPen(fancy::color(fancy::Frame), 1));
+        painter.setBrush(fancy::color(selected() ? fancy::GroupSelected : fancy::PanelFill));
         painter.drawRoundedRect(QRectF(1, 1, width() - 2, height() - 3), cornerRadius,
                                 cornerRadius);
     }

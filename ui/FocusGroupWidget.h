@@ -16,9 +16,13 @@ public:
     FocusGroupWidget(const FocusGroup::Id& id, QWidget* parent);
 
     [[nodiscard]] FocusGroup::Id groupId() const { return m_id; }
-    [[nodiscard]] const FocusGroup& group() const { return m_group; }
-    /// Reads the group anew from the store.
-    void reload();
+    /// The record as the store has it; read when it is asked for. A copy taken at every change
+    /// would have the store duplicate parts of the group at the next.
+    [[nodiscard]] const FocusGroup& group() const;
+    /// The group changed in the store.
+    void invalidate() { m_stale = true; }
+    /// Brings what is shown into line with the group.
+    void refresh();
 
     [[nodiscard]] bool selected() const { return (m_state & selectedBit) != 0; }
     void setSelected(bool selected);
@@ -37,7 +41,8 @@ private:
     void _setIcon();
 
     FocusGroup::Id m_id;
-    FocusGroup m_group;
+    mutable FocusGroup m_group;
+    mutable bool m_stale = false;
     uint m_state = 0;
     bool m_shownEmpty = true;
     QLabel* m_icon;

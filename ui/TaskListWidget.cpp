@@ -4,22 +4,14 @@
 #include "app/core/TaskCore.h"
 #include "ui/ActionsHelper.h"
 #include "ui/TaskWidget.h"
-#include "ui/controls/FancyScrollbar.h"
-#include "ui/controls/StyleHelper.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>
-#include <QPainter>
 #include <QScrollBar>
 
 #include <utility>
 
 namespace {
-
-TaskStorage& store()
-{
-    return *dynamic_singleton<TaskCore>::inst().storage();
-}
 
 bool extends(const QInputEvent* event)
 {
@@ -29,26 +21,18 @@ bool extends(const QInputEvent* event)
 } // namespace
 
 TaskListWidget::TaskListWidget(const FocusGroup::Id& groupId, QWidget* parent)
-    : QScrollArea(parent)
+    : ScrollPanel(parent)
     , m_groupId(groupId)
     , m_body(new QWidget)
 {
-    setAttribute(Qt::WA_OpaquePaintEvent);
-    setMouseTracking(true);
-    setAutoFillBackground(false);
-    setFrameShape(NoFrame);
-    setWidgetResizable(true);
-    setVerticalScrollBar(new FancyScrollbar(Qt::Vertical, this));
-    setHorizontalScrollBar(new FancyScrollbar(Qt::Horizontal, this));
     setAccessibleName(tr("Tasks"));
-    viewport()->setAutoFillBackground(false);
-    m_body->setAutoFillBackground(false);
     setWidget(m_body);
+    // After setWidget(), which turns it on.
     m_body->setAutoFillBackground(false);
 
-    connect(&store(), &TaskStorage::taskChanged, this, &TaskListWidget::_onTaskChanged);
-    connect(&store(), &TaskStorage::groupChanged, this, &TaskListWidget::_onGroupChanged);
-    m_group = store().getGroup(groupId);
+    connect(&taskStorage(), &TaskStorage::taskChanged, this, &TaskListWidget::_onTaskChanged);
+    connect(&taskStorage(), &TaskStorage::groupChanged, this, &TaskListWidget::_onGroupChanged);
+    m_group = taskStorage().getGroup(groupId);
     _measureRows();
     _loadTasks();
 }
@@ -66,7 +50,7 @@ void TaskListWidget::setGroup(const FocusGroup::Id& id)
     _stopEditing(m_edited, false);
     _clear();
     m_groupId = id;
-    m_group = store().getGroup(id);
+    m_group = taskStorage().getGroup(id);
     _loadTasks();
     verticalScrollBar()->setValue(0);
 }
@@ -80,14 +64,14 @@ void TaskListWidget::refresh()
     _stopEditing(m_edited, false);
     _clear();
     m_groupId = id;
-    m_group = store().getGroup(id);
+    m_group = taskStorage().getGroup(id);
     _loadTasks();
     verticalScrollBar()->setValue(vertical);
 }
 
 void TaskListWidget::updateGroup()
 {
-    m_group = store().getGroup(m_groupId);
+    m_group = taskStorage().getGroup(m_groupId);
 }
 
 void TaskListWidget::_clear()
@@ -125,7 +109,7 @@ void TaskListWidget::newTask()
     if (m_groupId.isNull())
         return;
     _startEditing(-1);
-    const TodoTask::Id id = store().createTask(m_groupId);
+    const TodoTask::Id id = taskStorage().createTask(m_groupId);
     m_group._add(id);
     _addTask(id, true);
     m_rows.setNew(m_rows.count() - 1, true);
@@ -146,11 +130,12 @@ void TaskListWidget::cleanup()
     const TodoTask::Id currentId =
         m_rows.isValid(m_current) ? m_rows.idAt(m_current) : TodoTask::Id();
     m_rows.removeIf([this](qsizetype row) {
-        const TodoTask task = store().get(m_rows.idAt(row));
+        const TodoTask::Id id = m_rows.idAt(row);
+        const TodoTask task = taskStorage().get(id);
         if (task.completed())
-            m_group.move(task.id(), TaskStorage::ms_completedId);
+            m_group.move(id, TaskStorage::ms_completedId);
         else if (task.empty())
-            m_group.remove(task.id(), false);
+            m_group.remove(id, false);
         else
             return false;
         return true;
@@ -211,7 +196,7 @@ void TaskListWidget::_stopEditing(TaskWidget* row, bool byReturn)
     if (m_rows.isValid(index) && m_rows.isNew(index)) {
         m_rows.setNew(index, false);
         const TodoTask::Id id = m_rows.idAt(index);
-        if (store().get(id).empty()) {
+        if (taskStorage().get(id).empty()) {
             m_group.remove(id, true);
             _clearSelection();
             m_rows.removeAt(index);
@@ -373,18 +358,23 @@ void TaskListWidget::keyPressEvent(QKeyEvent* event)
         }
         m_endedByReturn = false;
         break;
+    case Qt::Key_Enter:
+        // It ends editing in the name field as Return does, but starts nothing here.
+        m_endedByReturn = false;
+        ScrollPanel::keyPressEvent(event);
+        break;
     case Qt::Key_Escape:
         if (m_edited)
             _stopEditing(m_edited, false);
         else
-            QScrollArea::keyPressEvent(event);
+            ScrollPanel::keyPressEvent(event);
         break;
     case Qt::Key_Delete:
         if (!m_edited)
             deleteTasks();
         break;
     default:
-        QScrollArea::keyPressEvent(event);
+        ScrollPanel::keyPressEvent(event);
     }
 }
 
@@ -409,7 +399,7 @@ void TaskListWidget::_onGroupChanged(const FocusGroup::Id& id)
 void TaskListWidget::_followStore()
 {
     m_followPending = false;
-    m_group = store().getGroup(m_groupId);
+    m_group = taskStorage().getGroup(m_groupId);
     const QList<TodoTask::Id> ids = m_group.tasks().toList();
     if (m_rows.matches(ids))
         return;
@@ -494,12 +484,20 @@ TaskWidget* TaskListWidget::_takeWidget(const TodoTask::Id& id)
     return widget;
 }
 
+/// Takes the rows' heights from the font and style of the moment.
 void TaskListWidget::_measureRows()
 {
-    auto* sample = new TaskWidget({}, this, m_body);
-    m_rows.setRowHeight(sample->faceHeight());
-    verticalScrollBar()->setSingleStep(sample->faceHeight() + TaskRows::spacing);
-    m_spare.append(sample);
+    if (m_spare.isEmpty())
+        m_spare.append(new TaskWidget({}, this, m_body));
+    for (TaskWidget* spare : std::as_const(m_spare))
+        spare->fixHeight();
+    for (const LiveRow& live : std::as_const(m_live))
+        live.widget->fixHeight();
+    const int height = m_spare.constFirst()->faceHeight();
+    m_rows.setRowHeight(height);
+    if (m_edited)
+        m_rows.setEdited(m_rows.edited(), m_edited->faceHeight());
+    verticalScrollBar()->setSingleStep(height + TaskRows::spacing);
 }
 
 TaskWidget* TaskListWidget::rowWidget(qsizetype row) const
@@ -511,27 +509,21 @@ TaskWidget* TaskListWidget::rowWidget(qsizetype row) const
     return nullptr;
 }
 
-void TaskListWidget::paintEvent(QPaintEvent* event)
-{
-    QPainter painter(viewport());
-    painter.fillRect(event->rect(), dynamic_singleton<fancy::StyleHelper>::inst().color(11));
-}
-
 void TaskListWidget::resizeEvent(QResizeEvent* event)
 {
-    QScrollArea::resizeEvent(event);
+    ScrollPanel::resizeEvent(event);
     _layoutRows();
 }
 
 void TaskListWidget::scrollContentsBy(int dx, int dy)
 {
-    QScrollArea::scrollContentsBy(dx, dy);
+    ScrollPanel::scrollContentsBy(dx, dy);
     _syncRows();
 }
 
 void TaskListWidget::changeEvent(QEvent* event)
 {
-    QScrollArea::changeEvent(event);
+    ScrollPanel::changeEvent(event);
     if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
         _measureRows();
         _layoutRows();

@@ -2,16 +2,15 @@
 #pragma once
 
 #include "taskdb/FocusGroup.h"
+#include "ui/ScrollPanel.h"
 #include "ui/TaskRows.h"
-
-#include <QScrollArea>
 
 class TaskWidget;
 
 /// Shows a group's tasks as a column of rows and owns their selection, editing and keys. Row
 /// widgets exist for the rows in view and the edited one only, so any number of tasks costs the
 /// same. What changes elsewhere in the store shows here by itself.
-class TaskListWidget : public QScrollArea
+class TaskListWidget : public ScrollPanel
 {
     Q_OBJECT
 
@@ -47,7 +46,6 @@ public:
     [[nodiscard]] TaskWidget* rowWidget(qsizetype row) const;
 
 protected:
-    void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void scrollContentsBy(int dx, int dy) override;
     void changeEvent(QEvent* event) override;

@@ -1,6 +1,5 @@
 #include "ui/TaskWidget.h"
 
-#include "app/base/dynamic_singleton.h"
 #include "app/core/TaskCore.h"
 #include "ui/ElidedLabel.h"
 #include "ui/TaskListWidget.h"
@@ -19,11 +18,6 @@
 namespace {
 constexpr qreal cornerRadius = 5;
 constexpr qreal completedOpacity = 0.6;
-
-QColor styleColor(int slot)
-{
-    return dynamic_singleton<fancy::StyleHelper>::inst().color(slot);
-}
 } // namespace
 
 TaskWidget::TaskWidget(const TodoTask::Id& id, TaskListWidget* list, QWidget* parent)
@@ -39,13 +33,13 @@ TaskWidget::TaskWidget(const TodoTask::Id& id, TaskListWidget* list, QWidget* pa
 void TaskWidget::setTask(const TodoTask::Id& id)
 {
     m_id = id;
-    m_task = dynamic_singleton<TaskCore>::inst().storage()->get(id);
+    m_task = taskStorage().get(id);
     setEditing(false, true, false);
 }
 
 void TaskWidget::reload()
 {
-    m_task = dynamic_singleton<TaskCore>::inst().storage()->get(m_id);
+    m_task = taskStorage().get(m_id);
     _setCheckboxes();
     if (m_nameEdit && m_nameEdit->text() != m_task.name())
         m_nameEdit->setText(m_task.name());
@@ -71,9 +65,9 @@ void TaskWidget::_createViewLayout()
 void TaskWidget::_createEditLayout()
 {
     m_editPage = new QWidget(this);
-    m_editLayout = new QGridLayout(m_editPage);
-    m_editLayout->setContentsMargins(5, 2, 5, 2);
-    m_editLayout->setSpacing(2);
+    auto* layout = new QGridLayout(m_editPage);
+    layout->setContentsMargins(5, 2, 5, 2);
+    layout->setSpacing(2);
     m_editCheckbox = new TaskCheckbox(m_editPage);
     m_editCheckbox->setFocusPolicy(Qt::NoFocus);
     m_nameEdit = new FancyLineEdit(m_task.name(), m_editPage);
@@ -82,10 +76,10 @@ void TaskWidget::_createEditLayout()
     m_nameEdit->setFrame(false);
     m_nameEdit->setTextMargins(0, 0, 0, 0);
     QPalette colours = m_nameEdit->palette();
-    colours.setColor(QPalette::Base, styleColor(8));
+    colours.setColor(QPalette::Base, fancy::color(fancy::RowEdited));
     m_nameEdit->setPalette(colours);
-    m_editLayout->addWidget(m_editCheckbox, 0, 0);
-    m_editLayout->addWidget(m_nameEdit, 0, 1);
+    layout->addWidget(m_editCheckbox, 0, 0);
+    layout->addWidget(m_nameEdit, 0, 1);
     connect(m_editCheckbox, &TaskCheckbox::stateChanged, this, &TaskWidget::_checkboxChanged);
     connect(m_nameEdit, &QLineEdit::returnPressed, this, &TaskWidget::_stopEditing);
     connect(m_nameEdit, &QLineEdit::textEdited, this, &TaskWidget::_nameTextChanged);
@@ -101,7 +95,6 @@ void TaskWidget::_removeEditLayout()
     m_editPage->deleteLater();
     m_editPage = nullptr;
     m_editCheckbox = nullptr;
-    m_editLayout = nullptr;
     m_nameEdit = nullptr;
 }
 
@@ -123,6 +116,11 @@ void TaskWidget::setEditing(bool editing, bool force, bool noFocus)
     }
     _setCheckboxes();
     _updateVisuals();
+    fixHeight();
+}
+
+void TaskWidget::fixHeight()
+{
     setFixedHeight(faceHeight());
 }
 
@@ -213,8 +211,8 @@ QColor TaskWidget::_backgroundCol() const
 {
     const int days = m_id.isNull() ? TodoTask::noDueDate : m_task.daysToEvent();
     if (days <= 0)
-        return styleColor(2);
-    return styleColor(days <= 3 ? 5 : 7);
+        return fancy::color(fancy::DueNow);
+    return fancy::color(days <= 3 ? fancy::DueSoon : fancy::RowPlain);
 }
 
 void TaskWidget::paintEvent(QPaintEvent* /*event*/)
@@ -222,17 +220,17 @@ void TaskWidget::paintEvent(QPaintEvent* /*event*/)
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     if (isEditing()) {
-        painter.setPen(QPen(styleColor(1), 1));
-        painter.setBrush(styleColor(8));
+        painter.setPen(QPen(fancy::color(fancy::Frame), 1));
+        painter.setBrush(fancy::color(fancy::RowEdited));
         painter.drawRoundedRect(QRectF(1, 1, width() - 2, height() - 2), cornerRadius,
                                 cornerRadius);
         return;
     }
     painter.setPen(Qt::NoPen);
     if (selected())
-        painter.setBrush(styleColor(9));
+        painter.setBrush(fancy::color(fancy::RowSelected));
     else
-        painter.setBrush(completed() ? styleColor(10) : _backgroundCol());
+        painter.setBrush(completed() ? fancy::color(fancy::RowCompleted) : _backgroundCol());
     painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
 }
 

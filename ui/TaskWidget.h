@@ -7,7 +7,6 @@
 
 class ElidedLabel;
 class FancyLineEdit;
-class QGridLayout;
 class QStackedLayout;
 class TaskCheckbox;
 class TaskListWidget;
@@ -34,6 +33,8 @@ public:
     [[nodiscard]] bool isEditing() const { return (m_state & editingBit) != 0; }
     /// Height of the face now shown, in pixels.
     [[nodiscard]] int faceHeight() const;
+    /// Gives the row that height, for the font of the moment.
+    void fixHeight();
 
     [[nodiscard]] bool selected() const { return (m_state & selectedBit) != 0; }
     void setSelected(bool selected);
@@ -75,7 +76,6 @@ private:
     // The form; all null while the row is not being edited.
     QWidget* m_editPage = nullptr;
     TaskCheckbox* m_editCheckbox = nullptr;
-    QGridLayout* m_editLayout = nullptr;
     FancyLineEdit* m_nameEdit = nullptr;
 
     TodoTask::Id m_id;

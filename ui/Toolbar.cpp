@@ -48,8 +48,7 @@ void Toolbar::_addSpacer()
 
 void Toolbar::paintEvent(QPaintEvent* /*event*/)
 {
-    const auto& style = dynamic_singleton<fancy::StyleHelper>::inst();
     QPainter painter(this);
-    painter.fillRect(rect(), style.color(17));
-    painter.fillRect(0, 0, width(), 1, style.color(1));
+    painter.fillRect(rect(), fancy::color(fancy::ButtonFill));
+    painter.fillRect(0, 0, width(), 1, fancy::color(fancy::Frame));
 }

@@ -14,7 +14,6 @@ class CSafeFileUpdate
 public:
     explicit CSafeFileUpdate(const QString& path);
 
-    [[nodiscard]] const QString& targetPath() const { return m_path; }
     [[nodiscard]] const QString& temporaryPath() const { return m_temporaryPath; }
 
     /// Puts the temporary file in the target's place. Where the file system has hard links the

@@ -14,9 +14,6 @@ public:
     explicit ProductVersion(const QString& text);
 
     [[nodiscard]] bool isValid() const { return m_major >= 0 && m_minor >= 0 && m_build >= 0; }
-    [[nodiscard]] int majorPart() const { return m_major; }
-    [[nodiscard]] int minorPart() const { return m_minor; }
-    [[nodiscard]] int buildPart() const { return m_build; }
 
     [[nodiscard]] QString toString() const;
     bool operator<(const ProductVersion& other) const;

@@ -1,6 +1,7 @@
 #include "app/core/TaskCore.h"
 
 #include "app/base/PathHelper.h"
+#include "app/base/dynamic_singleton.h"
 #include "taskdb/SharedStorage.h"
 
 TaskCore::~TaskCore()
@@ -26,4 +27,11 @@ void TaskCore::apiTaskCompleted(taskapi::TaskApiClient* /*client*/,
 void TaskCore::apiTaskFailed(taskapi::TaskApiClient* /*client*/,
                              taskapi::TaskApiRunnable* /*task*/)
 {
+}
+
+TaskStorage& taskStorage()
+{
+    const boost::shared_ptr<TaskStorage>& storage = dynamic_singleton<TaskCore>::inst().storage();
+    Q_ASSERT(storage);
+    return *storage;
 }

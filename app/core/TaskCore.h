@@ -28,3 +28,6 @@ private:
 
     boost::shared_ptr<TaskStorage> m_storage;
 };
+
+/// The running program's store; only after TaskCore::init().
+[[nodiscard]] TaskStorage& taskStorage();

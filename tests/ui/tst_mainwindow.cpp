@@ -14,6 +14,7 @@
 #include "ui/TaskListWidget.h"
 #include "ui/TaskWidget.h"
 #include "ui/controls/FancyLineEdit.h"
+#include "ui/controls/FancySplitter.h"
 #include "ui/controls/TaskCheckbox.h"
 
 #include <QScrollBar>
@@ -310,6 +311,7 @@ private Q_SLOTS:
         QTest::newRow("in three days") << 3 << QColor(0xFF, 0xF2, 0xB9);
         QTest::newRow("in four days") << 4 << QColor(Qt::white);
         QTest::newRow("never") << 9999 << QColor(Qt::white);
+        QTest::newRow("overdue but done") << -30 << QColor(Qt::white);
     }
 
     void rowColoursTellHowNear()
@@ -319,6 +321,8 @@ private Q_SLOTS:
         addTasks({u"a"_s});
         if (days != 9999)
             store().setTaskDueTime(list().rows().idAt(0), Clock::now().addDays(days));
+        if (days == -30)
+            store().completeTask(list().rows().idAt(0), true, Clock::now());
         const auto colourOfRow = [this] {
             const QImage image = row(0)->grab().toImage();
             return image.pixelColor(image.width() - 20, image.height() / 2);
@@ -345,11 +349,62 @@ private Q_SLOTS:
         QVERIFY(actions.newTask()->isEnabled() && actions.cleanup()->isEnabled());
     }
 
+    void clickOnTheCurrentGroupLeavesTheKeysToTheList()
+    {
+        addTasks({u"a"_s, u"b"_s});
+        QTest::mouseClick(m_window->groupList()->entries().first(), Qt::LeftButton);
+        QTest::mouseClick(m_window->groupList()->viewport(), Qt::LeftButton, {}, {2, 2});
+        QVERIFY(listHasFocus());
+        key(Qt::Key_Down);
+        QCOMPARE(selected(), u"a"_s);
+    }
+
+    void keypadEnterDoesNotSwallowTheNextReturn()
+    {
+        addTasks({u"a"_s});
+        key(Qt::Key_Down);
+        key(Qt::Key_Return);
+        key(Qt::Key_Enter);
+        QVERIFY(!row(0)->isEditing());
+        key(Qt::Key_Return);
+        QVERIFY(row(0)->isEditing());
+    }
+
+    void rowsFollowTheFont()
+    {
+        addTasks({u"a"_s, u"b"_s});
+        click(0);
+        list().editTask();
+        QFont font = list().font();
+        font.setPointSize(font.pointSize() * 2);
+        list().setFont(font);
+        QCoreApplication::processEvents();
+        for (qsizetype i = 0; i < 2; ++i) {
+            QCOMPARE(row(i)->height(), list().rows().height(i));
+            QCOMPARE(row(i)->height(), row(i)->faceHeight());
+        }
+        QVERIFY(row(1)->height() >= QFontMetrics(font).height());
+    }
+
+    void groupsStandInTheirOrder()
+    {
+        const FocusGroup::Id home = store().createGroup(u"Home"_s, {});
+        const FocusGroup::Id work = store().createGroup(u"Work"_s, {});
+        store().moveGroup(0, work);
+        const FocusGroupListWidget panel;
+        QList<FocusGroup::Id> shownIds;
+        for (const FocusGroupWidget* entry : panel.entries())
+            shownIds += entry->groupId();
+        QCOMPARE(shownIds, (QList{TaskStorage::ms_inboxId, work, home, TaskStorage::ms_completedId,
+                                  TaskStorage::ms_trashId}));
+    }
+
     void viewSwitches()
     {
         QAction* toggle = dynamic_singleton<ActionsHelper>::inst().switchView();
         QVERIFY(m_window->groupList()->isVisible());
         QCOMPARE(toggle->text(), u"Compact"_s);
+        m_window->findChild<FancySplitter*>()->setHandlePos(240);
         const int width = m_window->groupList()->width();
         toggle->trigger();
         QVERIFY(!m_window->groupList()->isVisible());
@@ -384,9 +439,13 @@ private Q_SLOTS:
         QScrollBar* bar = list().verticalScrollBar();
         for (int step = 0; step <= 20; ++step) {
             bar->setValue(bar->maximum() / 20 * step);
-            const QPoint middle = list().viewport()->rect().center();
-            const auto* under = list().viewport()->childAt(middle + QPoint(0, 3));
-            QVERIFY(under != nullptr);
+            // Wherever the list is scrolled to, rows fill it from top to bottom.
+            int covered = 0;
+            for (const auto* widget : list().findChildren<TaskWidget*>()) {
+                if (widget->isVisible())
+                    covered += widget->visibleRegion().boundingRect().height() + 1;
+            }
+            QVERIFY(covered >= list().viewport()->height() - 2 * TaskRows::margin);
         }
         QVERIFY(list().findChildren<TaskWidget*>().size() < 60);
     }

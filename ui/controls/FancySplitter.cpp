@@ -1,8 +1,11 @@
 #include "ui/controls/FancySplitter.h"
 
 #include "ui/controls/FancySplitterHandle.h"
+#include "ui/controls/StyleHelper.h"
 
 #include <QMouseEvent>
+#include <QPaintEvent>
+#include <QPainter>
 
 #include <algorithm>
 
@@ -81,6 +84,12 @@ void FancySplitter::resizeEvent(QResizeEvent* event)
 {
     QWidget::resizeEvent(event);
     _update();
+}
+
+void FancySplitter::paintEvent(QPaintEvent* event)
+{
+    // With the first pane hidden, the handle's pixel belongs to no widget.
+    QPainter(this).fillRect(event->rect(), fancy::color(fancy::PanelFill));
 }
 
 void FancySplitter::mousePressEvent(QMouseEvent* event)

@@ -11,18 +11,13 @@ namespace {
 constexpr int gap = 2;
 constexpr qreal radius = 3;
 
-QColor paletteColor(int slot)
-{
-    return dynamic_singleton<fancy::StyleHelper>::inst().color(slot);
-}
-
 } // namespace
 
 FancyToolBtn::FancyToolBtn(QWidget* parent)
     : QToolButton(parent)
 {
     setAttribute(Qt::WA_TranslucentBackground);
-    QColor color = paletteColor(fancy::ButtonText);
+    QColor color = fancy::color(fancy::ButtonText);
     QPalette colors = palette();
     colors.setColor(QPalette::Active, QPalette::Text, color);
     color.setAlphaF(0.4F);
@@ -89,7 +84,7 @@ void FancyToolBtn::_drawFill(QPainter& painter, const QStyleOptionToolButton& op
     const bool focused = (option.state & keyboardFocus) == keyboardFocus;
     const bool hot = _isHot();
     if (!hot)
-        painter.fillRect(rect(), paletteColor(fancy::ButtonFill));
+        painter.fillRect(rect(), fancy::color(fancy::ButtonFill));
     if (!hot && !focused)
         return;
 
@@ -97,7 +92,7 @@ void FancyToolBtn::_drawFill(QPainter& painter, const QStyleOptionToolButton& op
     const qreal inset = (isDown() ? 2 : 1) + 0.5;
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(paletteColor(focused ? fancy::FrameStrong : fancy::Frame));
+    painter.setPen(fancy::color(focused ? fancy::FrameStrong : fancy::Frame));
     painter.setBrush(hot ? QBrush(Qt::white) : QBrush(Qt::NoBrush));
     painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), radius, radius);
     painter.restore();

@@ -1,5 +1,7 @@
 #include "ui/controls/StyleHelper.h"
 
+#include "app/base/dynamic_singleton.h"
+
 namespace fancy {
 
 StyleHelper::StyleHelper()
@@ -30,6 +32,11 @@ QColor StyleHelper::color(int slot) const
     if (slot < 0 || slot >= static_cast<int>(m_colors.size()))
         return {};
     return m_colors[static_cast<std::size_t>(slot)];
+}
+
+QColor color(ESlot slot)
+{
+    return dynamic_singleton<StyleHelper>::inst().color(slot);
 }
 
 int clamp(float component)

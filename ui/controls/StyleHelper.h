@@ -47,6 +47,9 @@ private:
     std::array<QColor, 19> m_colors;
 };
 
+/// The colour of a slot of the program's palette.
+[[nodiscard]] QColor color(ESlot slot);
+
 /// A float colour component as a channel, 0 to 255: the fraction is cut off, and what is not a
 /// number gives 0.
 [[nodiscard]] int clamp(float component);
