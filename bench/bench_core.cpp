@@ -313,9 +313,10 @@ int main(int argc, char** argv)
 
     const double commitRatio = pairedRatio("commit", commitDatabase, writerLoop);
 
-    for (const auto& [name, function] : std::initializer_list<Named>{
-             {"takeSnapshot", takeSnapshot}, {"renameTask", renameTask},
-             {"completeTask", completeTask}, {"addTask", addTask}})
+    for (const auto& [name, function] : std::initializer_list<Named>{{"takeSnapshot", takeSnapshot},
+                                                                     {"renameTask", renameTask},
+                                                                     {"completeTask", completeTask},
+                                                                     {"addTask", addTask}})
         benchmark::RegisterBenchmark(name, function)->Unit(benchmark::kMicrosecond);
     benchmark::RegisterBenchmark("changeAfterSnapshot", changeAfterSnapshot)
         ->Unit(benchmark::kMicrosecond)

@@ -24,9 +24,9 @@ using Clock = std::chrono::steady_clock;
 unsigned long middlePixel(Display* display)
 {
     const int screen = DefaultScreen(display);
-    XImage* image = XGetImage(display, RootWindow(display, screen),
-                              DisplayWidth(display, screen) / 2, DisplayHeight(display, screen) / 2,
-                              1, 1, AllPlanes, ZPixmap);
+    XImage* image =
+        XGetImage(display, RootWindow(display, screen), DisplayWidth(display, screen) / 2,
+                  DisplayHeight(display, screen) / 2, 1, 1, AllPlanes, ZPixmap);
     const unsigned long pixel = XGetPixel(image, 0, 0);
     XDestroyImage(image);
     return pixel;

@@ -45,9 +45,9 @@ QUuid randomId(QRandomGenerator& random)
 QString randomText(QRandomGenerator& random, int words)
 {
     static const QStringList vocabulary{
-        u"call"_s,  u"write"_s,   u"the"_s,   u"garden"_s, u"report"_s, u"before"_s, u"Friday"_s,
+        u"call"_s,  u"write"_s,   u"the"_s,    u"garden"_s, u"report"_s, u"before"_s, u"Friday"_s,
         u"about"_s, u"tickets"_s, u"письмо"_s, u"and"_s,    u"new"_s,    u"check"_s,  u"music"_s,
-        u"bread"_s, u"with"_s,    u"Anna"_s,  u"résumé"_s, u"house"_s,  u"again"_s};
+        u"bread"_s, u"with"_s,    u"Anna"_s,   u"résumé"_s, u"house"_s,  u"again"_s};
     QStringList picked;
     for (int i = 0; i < words; ++i)
         picked += vocabulary.at(random.bounded(vocabulary.size()));
@@ -91,11 +91,11 @@ int main(int argc, char** argv)
     QCommandLineParser parser;
     parser.setApplicationDescription(u"Writes a valid database of any size."_s);
     parser.addHelpOption();
-    parser.addOptions({{u"tasks"_s, u"How many tasks."_s, u"N"_s, u"1000"_s},
-                       {u"groups"_s, u"How many groups, the Inbox included."_s, u"N"_s, u"8"_s},
-                       {u"per-task-groups"_s, u"In how many groups each task stands."_s, u"N"_s,
-                        u"1"_s},
-                       {u"seed"_s, u"Seed of the random content."_s, u"N"_s, u"1"_s}});
+    parser.addOptions(
+        {{u"tasks"_s, u"How many tasks."_s, u"N"_s, u"1000"_s},
+         {u"groups"_s, u"How many groups, the Inbox included."_s, u"N"_s, u"8"_s},
+         {u"per-task-groups"_s, u"In how many groups each task stands."_s, u"N"_s, u"1"_s},
+         {u"seed"_s, u"Seed of the random content."_s, u"N"_s, u"1"_s}});
     parser.addPositionalArgument(u"FILE"_s, u"The database to write."_s);
     parser.process(app);
     if (parser.positionalArguments().size() != 1)

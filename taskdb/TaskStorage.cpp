@@ -25,14 +25,21 @@ const FocusGroup::Id TaskStorage::ms_completedId =
 
 namespace {
 
-enum class EEntry { missing, file, other };
+enum class EEntry
+{
+    missing,
+    file,
+    other
+};
 
 /// What lies at `path`. Only an entry that is certainly missing counts as missing: everything
 /// else must open, or the program would in time overwrite what it could not read.
 EEntry entryAt(const QString& path)
 {
     const QByteArray name = QFile::encodeName(path);
-    struct stat info{};
+    struct stat info
+    {
+    };
     if (::lstat(name.constData(), &info) != 0)
         return errno == ENOENT || errno == ENOTDIR ? EEntry::missing : EEntry::other;
     // Opening a pipe or a device could block for good.

@@ -24,7 +24,8 @@ class TaskStorage : public QObject
     Q_OBJECT
 
 public:
-    enum ErrorType {
+    enum ErrorType
+    {
         NoError = 0,
         NewerVersion = 1,     ///< the file was written by a newer program
         CorruptedVersion = 2, ///< the file's version is missing or no number

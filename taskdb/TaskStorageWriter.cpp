@@ -26,8 +26,8 @@ void writeGroup(QXmlStreamWriter& xml, const FocusGroup& group)
     xml.writeStartElement(u"g"_s);
     // Readers refuse a group with an empty name, and the whole file with it.
     const QString name = group.name();
-    xml.writeAttribute(u"name"_s, name.isEmpty() ? QString(QChar::ReplacementCharacter)
-                                                 : xmlText(name));
+    xml.writeAttribute(u"name"_s,
+                       name.isEmpty() ? QString(QChar::ReplacementCharacter) : xmlText(name));
     xml.writeAttribute(u"id"_s, group.id().toString());
     writeText(xml, u"icon"_s, group.iconName());
     for (const TodoTask::Id& id : group.tasks())

@@ -33,8 +33,7 @@ public:
     /// 1970-01-01 UTC. A missing creation time becomes the current time. Returns whether the
     /// identifier is valid.
     bool load(QStringView id, const QString& name, const QString& notes, QStringView completed,
-              QStringView due, QStringView created, QStringView completedAt,
-              QStringView deletedAt);
+              QStringView due, QStringView created, QStringView completedAt, QStringView deletedAt);
 
     [[nodiscard]] Id id() const;
     [[nodiscard]] QString name() const;

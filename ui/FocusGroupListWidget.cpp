@@ -28,7 +28,8 @@ FocusGroupListWidget::FocusGroupListWidget(QWidget* parent)
     _loadGroups();
     setWidget(content);
 
-    connect(&taskStorage(), &TaskStorage::groupChanged, this, &FocusGroupListWidget::_onGroupChanged);
+    connect(&taskStorage(), &TaskStorage::groupChanged, this,
+            &FocusGroupListWidget::_onGroupChanged);
     setCurrentGroup(TaskStorage::ms_inboxId);
 }
 

@@ -295,9 +295,8 @@ void TaskListWidget::mousePressEvent(QMouseEvent* event)
     const TodoTask::Id id = pressed >= 0 ? m_rows.idAt(pressed) : TodoTask::Id();
     _startEditing(-1);
     // Ending the edit may have taken a row away.
-    const qsizetype row = m_rows.isValid(pressed) && m_rows.idAt(pressed) == id
-                              ? pressed
-                              : m_rows.indexOf(id);
+    const qsizetype row =
+        m_rows.isValid(pressed) && m_rows.idAt(pressed) == id ? pressed : m_rows.indexOf(id);
     if (!extends(event) && (row < 0 || !m_rows.isSelected(row)))
         _clearSelection();
     if (row < 0)

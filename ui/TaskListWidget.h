@@ -94,7 +94,7 @@ private:
     FocusGroup m_group;
 
     QWidget* m_body;
-    QList<LiveRow> m_live;       // the rows that have a widget
-    QList<TaskWidget*> m_spare;  // hidden widgets for rows to come
+    QList<LiveRow> m_live;      // the rows that have a widget
+    QList<TaskWidget*> m_spare; // hidden widgets for rows to come
     bool m_followPending = false;
 };

@@ -25,8 +25,7 @@ bool BasicXmlReader::_readNextText(QString& text)
 bool BasicXmlReader::_readNextText(ShortText& text)
 {
     text.clear();
-    return _readChunks(
-        [&text](QStringView chunk) { text.append(chunk.data(), chunk.size()); });
+    return _readChunks([&text](QStringView chunk) { text.append(chunk.data(), chunk.size()); });
 }
 
 template <typename Append>

@@ -27,7 +27,8 @@ private:
     QString m_temporaryPath;
 };
 
-enum class ESafeWrite {
+enum class ESafeWrite
+{
     done,
     openFailed,   ///< the temporary file could not be opened; nothing changed
     writeFailed,  ///< writing failed; the temporary file was removed, nothing changed

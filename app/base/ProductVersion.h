@@ -10,7 +10,8 @@ public:
     /// The unknown version, (-1, -1, -1).
     ProductVersion() = default;
     ProductVersion(int major, int minor, int build);
-    /// Parses "1", "1.2" or "1.2.3", missing parts being 0; anything else gives the unknown version.
+    /// Parses "1", "1.2" or "1.2.3", missing parts being 0; anything else gives the unknown
+    /// version.
     explicit ProductVersion(const QString& text);
 
     [[nodiscard]] bool isValid() const { return m_major >= 0 && m_minor >= 0 && m_build >= 0; }

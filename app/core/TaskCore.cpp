@@ -24,8 +24,7 @@ void TaskCore::apiTaskCompleted(taskapi::TaskApiClient* /*client*/,
 {
 }
 
-void TaskCore::apiTaskFailed(taskapi::TaskApiClient* /*client*/,
-                             taskapi::TaskApiRunnable* /*task*/)
+void TaskCore::apiTaskFailed(taskapi::TaskApiClient* /*client*/, taskapi::TaskApiRunnable* /*task*/)
 {
 }
 

@@ -6,7 +6,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QLocalServer>
 #include <QLocalSocket>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -22,11 +21,16 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-using Children = std::vector<std::unique_ptr<Child>>;
-
-std::unique_ptr<Child> startCopy(const QString& folder, const QString& message = u"show"_s)
+/// `runtime`: a runtime folder other than this process's.
+std::unique_ptr<Child> startCopy(const QString& folder, const QString& message = u"show"_s,
+                                 const QString& runtime = {})
 {
     auto child = std::make_unique<Child>(QStringList{message, folder});
+    if (!runtime.isEmpty()) {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(u"XDG_RUNTIME_DIR"_s, runtime);
+        child->process().setProcessEnvironment(environment);
+    }
     child->start();
     return child;
 }
@@ -35,6 +39,15 @@ std::unique_ptr<Child> startCopy(const QString& folder, const QString& message =
 QString role(Child& child)
 {
     return child.line() == "starting"_L1 ? child.line() : u"did not start"_s;
+}
+
+/// A copy that has to become the first in its folder.
+std::unique_ptr<Child> startFirst(const QString& folder)
+{
+    auto child = startCopy(folder);
+    if (role(*child) != "first"_L1)
+        QTest::qFail("not the first", __FILE__, __LINE__);
+    return child;
 }
 
 QFileInfoList entriesOf(const QString& folder)
@@ -59,12 +72,6 @@ QByteArray header(quint32 mark, quint32 size)
     return bytes;
 }
 
-mode_t permissions(const QString& path)
-{
-    struct stat status = {};
-    return ::stat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_mode & 0777 : 0;
-}
-
 constexpr quint32 mark = 0x6d767231;
 
 } // namespace
@@ -81,305 +88,190 @@ public:
     }
 
 private Q_SLOTS:
-    void initTestCase();
-    void messages_data();
-    void messages();
-    void tooLongMessageIsNotSent();
-    void strangers_data();
-    void strangers();
-    void messageBringsUpTheWindow_data();
-    void messageBringsUpTheWindow();
-    void windowThatIsGone();
-    void simultaneousStarts();
-    void startAfterKill();
-    void startWhileTheFirstIsStarting();
-    void startWhileTheFirstIsEnding();
-    void onlyTheUserGetsIn();
-    void secondTouchesNothing();
-    void longFolderFromAnotherSession();
-    void folderThatHoldsNoLock();
+    void initTestCase()
+    {
+        QVERIFY(!m_app.isRunning());
+        QVERIFY2(!m_app.sendMessage(u"show"_s, 100), "the first copy has nobody to send to");
+        QFile lock(fileEndingIn(u".lock"_s, m_folder));
+        QVERIFY(lock.open(QIODevice::ReadOnly));
+        m_address = QFile::decodeName(lock.readAll().trimmed());
+        QVERIFY(QFileInfo::exists(m_address));
+    }
+
+    void messages_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::newRow("not Latin") << u" Показать  見せる \U0001F600 "_s;
+        QTest::newRow("long") << QString(60000, u'x');
+    }
+    void messages()
+    {
+        QFETCH(QString, text);
+        QSignalSpy received(&m_app, &QtSingleApplication::messageReceived);
+        const auto second = startCopy(m_folder, text);
+        QTRY_COMPARE(received.size(), 1);
+        QCOMPARE(received.first().first().toString(), text);
+        QCOMPARE(role(*second), u"second sent"_s);
+        QCOMPARE(second->exitCode(), 0);
+    }
+
+    void tooLongMessageIsNotSent()
+    {
+        const auto second = startCopy(m_folder, QString(70000, u'x'));
+        QTRY_COMPARE(second->process().state(), QProcess::NotRunning);
+        QCOMPARE(role(*second), u"second failed"_s);
+    }
+
+    void strangers_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<bool>("thrownOut");
+        QTest::newRow("half a message") << header(mark, 100) + "show" << false;
+        QTest::newRow("some other protocol") << QByteArray("GET / HTTP/1.1\r\n\r\n") << true;
+        QTest::newRow("too long") << header(mark, 0xffffffff) + "show" << true;
+        QTest::newRow("flood") << QByteArray(4000000, 'x') << true;
+    }
+    void strangers()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(bool, thrownOut);
+        QSignalSpy received(&m_app, &QtSingleApplication::messageReceived);
+        QLocalSocket stranger;
+        stranger.connectToServer(m_address);
+        QTRY_COMPARE(stranger.state(), QLocalSocket::ConnectedState);
+        stranger.write(bytes);
+        stranger.flush();
+        if (thrownOut)
+            QTRY_COMPARE(stranger.state(), QLocalSocket::UnconnectedState);
+
+        const auto second = startCopy(m_folder);
+        QTRY_COMPARE(received.size(), 1);
+        QCOMPARE(role(*second), u"second sent"_s);
+        QCOMPARE(stranger.state() == QLocalSocket::ConnectedState, !thrownOut);
+    }
+
+    void messageBringsUpTheWindow_data()
+    {
+        QTest::addColumn<bool>("visible");
+        QTest::addColumn<Qt::WindowStates>("before");
+        QTest::addColumn<Qt::WindowStates>("after");
+        using States = Qt::WindowStates;
+        QTest::newRow("minimised, then hidden") << false << States(Qt::WindowMinimized) << States();
+        QTest::newRow("minimised from maximised")
+            << true << (Qt::WindowMinimized | Qt::WindowMaximized) << States(Qt::WindowMaximized);
+    }
+    void messageBringsUpTheWindow()
+    {
+        QFETCH(bool, visible);
+        QFETCH(Qt::WindowStates, before);
+        QFETCH(Qt::WindowStates, after);
+        QSignalSpy received(&m_app, &QtSingleApplication::messageReceived);
+        {
+            QWidget window;
+            window.show();
+            window.setWindowState(before);
+            window.setVisible(visible);
+            m_app.setActivationWindow(&window, true);
+
+            const auto second = startCopy(m_folder);
+            QTRY_COMPARE(window.windowState() & (Qt::WindowMinimized | Qt::WindowMaximized), after);
+            QTRY_VERIFY(window.isVisible() && window.isActiveWindow());
+
+            m_app.setActivationWindow(&window, false);
+            window.hide();
+            const auto third = startCopy(m_folder);
+            QTRY_COMPARE(received.size(), 2);
+            QVERIFY2(window.isHidden(), "messages no longer bring it up");
+            m_app.setActivationWindow(&window, true);
+        }
+        const auto fourth = startCopy(m_folder);
+        QTRY_COMPARE(received.size(), 3);
+        QCOMPARE(role(*fourth), u"second sent"_s);
+    }
+
+    void simultaneousStarts()
+    {
+        const QTemporaryDir folder;
+        // The rounds after the first begin with what a killed copy leaves behind.
+        for (int round = 0; round < 5; ++round) {
+            std::vector<std::unique_ptr<Child>> children;
+            for (int i = 0; i < 8; ++i)
+                children.push_back(startCopy(folder.path()));
+            int firsts = 0;
+            int sent = 0;
+            for (const auto& child : children) {
+                const QString found = role(*child);
+                firsts += found == "first"_L1;
+                sent += found == "second sent"_L1;
+            }
+            QCOMPARE(firsts, 1);
+            QCOMPARE(sent, 7);
+        }
+    }
+
+    void startWhileTheFirstIsEnding()
+    {
+        const QTemporaryDir folder;
+        const auto first = startFirst(folder.path());
+        first->command(u"quit"_s);
+        QCOMPARE(first->line(), u"ending"_s);
+        QCOMPARE(fileEndingIn(u".socket"_s, folder.path()), QString());
+
+        const auto next = startCopy(folder.path());
+        QCOMPARE(next->line(), u"starting"_s);
+        first->command(u"go"_s);
+        QCOMPARE(first->exitCode(), 0);
+        QCOMPARE(next->line(), u"first"_s);
+        const auto second = startCopy(folder.path());
+        QCOMPARE(role(*second), u"second sent"_s);
+    }
+
+    void onlyTheUserGetsIn()
+    {
+        const QTemporaryDir folder;
+        const mode_t before = ::umask(0);
+        const auto first = startFirst(folder.path());
+        ::umask(before);
+        QCOMPARE(entriesOf(folder.path()).size(), 2);
+        const QFile::Permissions forOthers = QFile::Permissions(0x0077);
+        for (const QFileInfo& entry : entriesOf(folder.path()))
+            QVERIFY(!(entry.permissions() & forOthers));
+    }
+
+    void longFolderFromAnotherSession()
+    {
+        const QTemporaryDir root;
+        const QTemporaryDir otherRuntime;
+        const QString folder = root.filePath(QString(150, u'd'));
+        QVERIFY(QDir().mkpath(folder));
+        const auto first = startFirst(folder);
+        QCOMPARE(entriesOf(folder).size(), 1);
+
+        const auto second = startCopy(folder, u"show"_s, otherRuntime.path());
+        QCOMPARE(role(*second), u"second sent"_s);
+        QCOMPARE(first->line(), u"message show"_s);
+    }
+
+    void folderThatHoldsNoLock()
+    {
+        // A file in the folder's place refuses everybody, the administrator as well.
+        const QTemporaryDir root;
+        const QString folder = root.filePath(u"file"_s);
+        QFile file(folder);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        const auto first = startFirst(folder);
+        const auto second = startCopy(folder);
+        QCOMPARE(role(*second), u"second sent"_s);
+
+        const auto lonely = startCopy(folder, u"show"_s, folder);
+        QCOMPARE(role(*lonely), u"first"_s);
+    }
 
 private:
     QtSingleApplication& m_app;
     QString m_folder;
     QString m_address;
 };
-
-void tst_SingleInstance::initTestCase()
-{
-    QVERIFY(!m_app.isRunning());
-    QVERIFY(!m_app.isRunning());
-    QVERIFY2(!m_app.sendMessage(u"show"_s, 100), "the first copy has nobody to send to");
-    QFile lock(fileEndingIn(u".lock"_s, m_folder));
-    QVERIFY(lock.open(QIODevice::ReadOnly));
-    m_address = QFile::decodeName(lock.readAll().trimmed());
-    QVERIFY(QFileInfo::exists(m_address));
-}
-
-void tst_SingleInstance::messages_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::newRow("word") << u"show"_s;
-    QTest::newRow("blanks") << u" two  words "_s;
-    QTest::newRow("not Latin") << u"Показать 見せる \U0001F600"_s;
-    QTest::newRow("long") << QString(60000, u'x');
-}
-
-void tst_SingleInstance::messages()
-{
-    QFETCH(QString, text);
-    QSignalSpy received(&m_app, &QtSingleApplication::messageReceived);
-    const auto second = startCopy(m_folder, text);
-    QTRY_COMPARE(received.size(), 1);
-    QCOMPARE(received.first().first().toString(), text);
-    QCOMPARE(role(*second), u"second sent"_s);
-    QCOMPARE(second->exitCode(), 0);
-}
-
-void tst_SingleInstance::tooLongMessageIsNotSent()
-{
-    const auto second = startCopy(m_folder, QString(70000, u'x'));
-    QTRY_COMPARE(second->process().state(), QProcess::NotRunning);
-    QCOMPARE(role(*second), u"second failed"_s);
-}
-
-void tst_SingleInstance::strangers_data()
-{
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<bool>("thrownOut");
-    QTest::newRow("nothing") << QByteArray() << false;
-    QTest::newRow("half a header") << header(mark, 4).first(5) << false;
-    QTest::newRow("half a message") << header(mark, 100) + "show" << false;
-    QTest::newRow("some other protocol") << QByteArray("GET / HTTP/1.1\r\n\r\n") << true;
-    QTest::newRow("zeros") << QByteArray(64, '\0') << true;
-    QTest::newRow("too long") << header(mark, 0xffffffff) + "show" << true;
-    QTest::newRow("flood") << QByteArray(4000000, 'x') << true;
-}
-
-void tst_SingleInstance::strangers()
-{
-    QFETCH(QByteArray, bytes);
-    QFETCH(bool, thrownOut);
-    QSignalSpy received(&m_app, &QtSingleApplication::messageReceived);
-    QLocalSocket stranger;
-    stranger.connectToServer(m_address);
-    QTRY_COMPARE(stranger.state(), QLocalSocket::ConnectedState);
-    stranger.write(bytes);
-    stranger.flush();
-    if (thrownOut)
-        QTRY_COMPARE(stranger.state(), QLocalSocket::UnconnectedState);
-
-    const auto second = startCopy(m_folder);
-    QTRY_COMPARE(received.size(), 1);
-    QCOMPARE(role(*second), u"second sent"_s);
-    QCOMPARE(stranger.state() == QLocalSocket::ConnectedState, !thrownOut);
-}
-
-void tst_SingleInstance::messageBringsUpTheWindow_data()
-{
-    QTest::addColumn<bool>("visible");
-    QTest::addColumn<Qt::WindowStates>("before");
-    QTest::addColumn<Qt::WindowStates>("after");
-    using States = Qt::WindowStates;
-    QTest::newRow("hidden") << false << States() << States();
-    QTest::newRow("minimised") << true << States(Qt::WindowMinimized) << States();
-    QTest::newRow("minimised, then hidden") << false << States(Qt::WindowMinimized) << States();
-    QTest::newRow("minimised from maximised")
-        << true << (Qt::WindowMinimized | Qt::WindowMaximized) << States(Qt::WindowMaximized);
-    QTest::newRow("maximised, hidden")
-        << false << States(Qt::WindowMaximized) << States(Qt::WindowMaximized);
-}
-
-void tst_SingleInstance::messageBringsUpTheWindow()
-{
-    QFETCH(bool, visible);
-    QFETCH(Qt::WindowStates, before);
-    QFETCH(Qt::WindowStates, after);
-    QWidget window;
-    window.show();
-    window.setWindowState(before);
-    window.setVisible(visible);
-    m_app.setActivationWindow(&window, true);
-
-    const auto second = startCopy(m_folder);
-    QTRY_COMPARE(window.windowState() & (Qt::WindowMinimized | Qt::WindowMaximized), after);
-    QTRY_VERIFY(window.isVisible() && window.isActiveWindow());
-
-    m_app.setActivationWindow(&window, false);
-    window.hide();
-    QSignalSpy received(&m_app, &QtSingleApplication::messageReceived);
-    const auto third = startCopy(m_folder);
-    QTRY_COMPARE(received.size(), 1);
-    QVERIFY2(window.isHidden(), "messages no longer bring it up");
-}
-
-void tst_SingleInstance::windowThatIsGone()
-{
-    {
-        QWidget window;
-        m_app.setActivationWindow(&window, true);
-    }
-    QSignalSpy received(&m_app, &QtSingleApplication::messageReceived);
-    const auto second = startCopy(m_folder);
-    QTRY_COMPARE(received.size(), 1);
-    QCOMPARE(role(*second), u"second sent"_s);
-}
-
-void tst_SingleInstance::simultaneousStarts()
-{
-    const QTemporaryDir folder;
-    // The rounds after the first begin with what a killed copy leaves behind.
-    for (int round = 0; round < 5; ++round) {
-        Children children;
-        for (int i = 0; i < 8; ++i)
-            children.push_back(startCopy(folder.path()));
-        int firsts = 0;
-        int sent = 0;
-        for (const auto& child : children) {
-            const QString found = role(*child);
-            firsts += found == "first"_L1;
-            sent += found == "second sent"_L1;
-        }
-        QCOMPARE(firsts, 1);
-        QCOMPARE(sent, 7);
-    }
-}
-
-void tst_SingleInstance::startAfterKill()
-{
-    const QTemporaryDir folder;
-    const auto first = startCopy(folder.path());
-    QCOMPARE(role(*first), u"first"_s);
-    const QString socket = fileEndingIn(u".socket"_s, folder.path());
-    ::kill(static_cast<pid_t>(first->process().processId()), SIGKILL);
-    QCOMPARE(first->exitCode(), -1);
-    QVERIFY(QFileInfo::exists(socket));
-
-    const auto next = startCopy(folder.path());
-    QCOMPARE(role(*next), u"first"_s);
-    const auto second = startCopy(folder.path());
-    QCOMPARE(role(*second), u"second sent"_s);
-    QCOMPARE(next->line(), u"message show"_s);
-}
-
-void tst_SingleInstance::startWhileTheFirstIsStarting()
-{
-    const QTemporaryDir folder;
-    const auto first = startCopy(folder.path());
-    QCOMPARE(role(*first), u"first"_s);
-    const QString path = fileEndingIn(u".lock"_s, folder.path());
-    ::kill(static_cast<pid_t>(first->process().processId()), SIGKILL);
-    QCOMPARE(first->exitCode(), -1);
-
-    auto lock = std::make_unique<InstanceLock>(path);
-    QCOMPARE(lock->tryLock(), InstanceLock::EState::held);
-    const auto second = startCopy(folder.path());
-    QCOMPARE(second->line(), u"starting"_s);
-    // A listener that says goodbye to everybody.
-    QLocalServer server;
-    QVERIFY(server.listen(folder.filePath(u"s"_s)));
-    lock->publish(server.fullServerName());
-    QVERIFY(server.waitForNewConnection(30000));
-    server.close();
-    lock->publish({});
-    lock.reset();
-    QCOMPARE(second->line(), u"second failed"_s);
-
-    const auto next = startCopy(folder.path());
-    QCOMPARE(role(*next), u"first"_s);
-}
-
-void tst_SingleInstance::startWhileTheFirstIsEnding()
-{
-    const QTemporaryDir folder;
-    const auto first = startCopy(folder.path());
-    QCOMPARE(role(*first), u"first"_s);
-    first->command(u"quit"_s);
-    QCOMPARE(first->line(), u"ending"_s);
-    QCOMPARE(fileEndingIn(u".socket"_s, folder.path()), QString());
-
-    const auto next = startCopy(folder.path());
-    QCOMPARE(next->line(), u"starting"_s);
-    first->command(u"go"_s);
-    QCOMPARE(first->exitCode(), 0);
-    QCOMPARE(next->line(), u"first"_s);
-    const auto second = startCopy(folder.path());
-    QCOMPARE(role(*second), u"second sent"_s);
-}
-
-void tst_SingleInstance::onlyTheUserGetsIn()
-{
-    const QTemporaryDir folder;
-    const mode_t before = ::umask(0);
-    const auto first = startCopy(folder.path());
-    QCOMPARE(role(*first), u"first"_s);
-    ::umask(before);
-    QCOMPARE(entriesOf(folder.path()).size(), 2);
-    for (const QFileInfo& entry : entriesOf(folder.path()))
-        QCOMPARE(permissions(entry.filePath()) & 077, mode_t(0));
-}
-
-void tst_SingleInstance::secondTouchesNothing()
-{
-    const QTemporaryDir folder;
-    const auto first = startCopy(folder.path());
-    QCOMPARE(role(*first), u"first"_s);
-    const auto picture = [&folder] {
-        QStringList lines{QFileInfo(folder.path()).lastModified().toString(Qt::ISODateWithMs)};
-        for (const QFileInfo& entry : entriesOf(folder.path())) {
-            struct stat status = {};
-            ::stat(QFile::encodeName(entry.filePath()).constData(), &status);
-            lines << entry.fileName() + u' ' + QString::number(status.st_size) + u' ' +
-                         QString::number(status.st_ctim.tv_sec) + u'.' +
-                         QString::number(status.st_ctim.tv_nsec);
-        }
-        return lines;
-    };
-    const QStringList before = picture();
-    const auto second = startCopy(folder.path());
-    QCOMPARE(role(*second), u"second sent"_s);
-    QCOMPARE(second->exitCode(), 0);
-    QCOMPARE(picture(), before);
-}
-
-void tst_SingleInstance::longFolderFromAnotherSession()
-{
-    const QTemporaryDir root;
-    const QTemporaryDir otherRuntime;
-    const QString folder = root.filePath(QString(150, u'd'));
-    QVERIFY(QDir().mkpath(folder));
-    const auto first = startCopy(folder);
-    QCOMPARE(role(*first), u"first"_s);
-    QCOMPARE(entriesOf(folder).size(), 1);
-
-    Child second({u"show"_s, folder});
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(u"XDG_RUNTIME_DIR"_s, otherRuntime.path());
-    second.process().setProcessEnvironment(environment);
-    second.start();
-    QCOMPARE(role(second), u"second sent"_s);
-    QCOMPARE(first->line(), u"message show"_s);
-}
-
-void tst_SingleInstance::folderThatHoldsNoLock()
-{
-    // A file in the folder's place refuses everybody, the administrator as well.
-    const QTemporaryDir root;
-    const QString folder = root.filePath(u"file"_s);
-    QFile file(folder);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    const auto first = startCopy(folder);
-    QCOMPARE(role(*first), u"first"_s);
-    const auto second = startCopy(folder);
-    QCOMPARE(role(*second), u"second sent"_s);
-
-    Child lonely({u"show"_s, folder});
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(u"XDG_RUNTIME_DIR"_s, folder);
-    lonely.process().setProcessEnvironment(environment);
-    lonely.start();
-    QCOMPARE(role(lonely), u"first"_s);
-}
 
 int main(int argc, char** argv)
 {

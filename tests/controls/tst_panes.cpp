@@ -3,14 +3,10 @@
 #include "ui/controls/FancySplitter.h"
 #include "ui/controls/FancySplitterHandle.h"
 
-#include <QStyle>
-#include <QStyleOptionSlider>
 #include <QTest>
 #include <QWindow>
 
 #include <algorithm>
-
-using namespace Qt::StringLiterals;
 
 class TestPanes : public QObject
 {
@@ -40,20 +36,15 @@ private Q_SLOTS:
         QTest::addColumn<QRect>("handle");
         QTest::addColumn<QRect>("second");
         const QRect hidden;
-        QTest::newRow("at the left edge") << 0 << hidden << hidden << QRect(1, 0, 299, 50);
-        QTest::newRow("one pixel")
-            << 1 << QRect(0, 0, 1, 50) << QRect(1, 0, 1, 50) << QRect(2, 0, 298, 50);
+        QTest::newRow("left edge") << 0 << hidden << hidden << QRect(1, 0, 299, 50);
         QTest::newRow("inside") << 190 << QRect(0, 0, 190, 50) << QRect(190, 0, 1, 50)
                                 << QRect(191, 0, 109, 50);
-        QTest::newRow("at the right edge") << 300 << QRect(0, 0, 300, 50) << hidden << hidden;
-        QTest::newRow("past it") << 400 << QRect(0, 0, 400, 50) << hidden << hidden;
+        QTest::newRow("right edge") << 300 << QRect(0, 0, 300, 50) << hidden << hidden;
     }
-
     void layout()
     {
         QFETCH(const int, pos);
         m_splitter->setHandlePos(pos);
-        QCOMPARE(m_splitter->handlePos(), pos);
         const auto shown = [](const QWidget* w) {
             return w->isVisible() ? w->geometry() : QRect();
         };
@@ -69,16 +60,13 @@ private Q_SLOTS:
         QTest::addColumn<int>("x");
         QTest::addColumn<int>("pos");
         QTest::newRow("free") << 50 << 50 << 120 << 120;
-        QTest::newRow("first pane's minimum") << 50 << 80 << 10 << 50;
-        QTest::newRow("second pane's minimum") << 50 << 80 << 290 << 220;
-        QTest::newRow("past the left edge") << 50 << 80 << -20 << 50;
-        QTest::newRow("past the right edge") << 50 << 80 << 299 << 220;
+        QTest::newRow("first pane's minimum") << 50 << 80 << -20 << 50;
+        QTest::newRow("second pane's minimum") << 50 << 80 << 299 << 220;
         QTest::newRow("the second pane wins") << 200 << 200 << 170 << 100;
         QTest::newRow("no room for the second") << 100 << 400 << 170 << 0;
         QTest::newRow("closed") << 0 << 0 << 0 << 0;
         QTest::newRow("all open") << 0 << 0 << 300 << 300;
     }
-
     void drag()
     {
         QFETCH(const int, firstMinimum);
@@ -108,6 +96,7 @@ private Q_SLOTS:
     void pressBesideTheHandle()
     {
         m_splitter->setHandlePos(150);
+        QCOMPARE(m_handle->cursor().shape(), Qt::SplitHCursor);
         QWindow* window = m_splitter->windowHandle();
         QTest::mousePress(window, Qt::LeftButton, {}, {152, 20});
         QTest::mouseMove(window, {100, 20});
@@ -115,77 +104,22 @@ private Q_SLOTS:
         QCOMPARE(m_splitter->handlePos(), 150);
     }
 
-    void handle()
-    {
-        m_splitter->setHandlePos(150);
-        QCOMPARE(m_splitter->handleWidth(), 1);
-        QCOMPARE(m_handle->cursor().shape(), Qt::SplitHCursor);
-        QCOMPARE(FancySplitterHandle(Qt::Vertical).cursor().shape(), Qt::SplitVCursor);
-        const QImage image = m_splitter->grab().toImage();
-        QCOMPARE(image.pixelColor(150, 0), QColor(0xb0cce4));
-        QCOMPARE(image.pixelColor(150, 49), QColor(0xb0cce4));
-        QVERIFY(image.pixelColor(151, 20) != QColor(0xb0cce4));
-    }
-
-    void thirdPaneAndLostPane()
-    {
-        FancySplitter splitter(Qt::Horizontal);
-        auto* first = new QWidget;
-        QWidget third;
-        splitter.addWidget(first);
-        splitter.addWidget(first);
-        splitter.addWidget(new QWidget);
-        splitter.addWidget(&third);
-        QVERIFY(!third.parentWidget());
-        delete first;
-        splitter.setHandlePos(10);
-    }
-
-    void scrollbar_data()
-    {
-        QTest::addColumn<Qt::Orientation>("orientation");
-        QTest::newRow("vertical") << Qt::Vertical;
-        QTest::newRow("horizontal") << Qt::Horizontal;
-    }
-
     void scrollbar()
     {
-        QFETCH(const Qt::Orientation, orientation);
-        const bool vertical = orientation == Qt::Vertical;
-        FancyScrollbar bar(orientation);
-        const QSize base = QScrollBar(orientation).sizeHint();
-        QCOMPARE(bar.sizeHint(), vertical ? QSize(10, base.height()) : QSize(base.width(), 10));
-
+        QCOMPARE(FancyScrollbar(Qt::Horizontal).sizeHint().height(), 10);
+        FancyScrollbar bar(Qt::Vertical);
+        QCOMPARE(bar.sizeHint().width(), 10);
         bar.setRange(0, 100);
         bar.setPageStep(100);
-        bar.resize(vertical ? QSize(10, 200) : QSize(200, 10));
-        // One pixel across the bar, in the middle of the thumb.
-        const auto across = [&](int offset) {
-            QStyleOptionSlider option;
-            option.initFrom(&bar);
-            option.orientation = orientation;
-            option.maximum = 100;
-            option.pageStep = 100;
-            const QPoint middle = bar.style()
-                                      ->subControlRect(QStyle::CC_ScrollBar, &option,
-                                                       QStyle::SC_ScrollBarSlider, &bar)
-                                      .center();
-            return bar.grab().toImage().pixelColor(vertical ? QPoint(offset, middle.y())
-                                                            : QPoint(middle.x(), offset));
-        };
-        const QColor white(Qt::white);
-        const QColor rest(0xb0cce4);
-        const QColor hover(0x1b75bb);
-        QCOMPARE((QList{across(1), across(2), across(7), across(8)}),
-                 (QList{white, rest, rest, white}));
-
+        bar.resize(10, 200);
+        const auto thumb = [&bar] { return bar.grab().toImage().pixelColor(5, 50); };
+        QCOMPARE(thumb(), QColor(0xb0cce4));
         QEnterEvent enter({5, 5}, {5, 5}, {5, 5});
         QCoreApplication::sendEvent(&bar, &enter);
-        QCOMPARE((QList{across(1), across(2), across(7), across(8)}),
-                 (QList{white, hover, hover, white}));
+        QCOMPARE(thumb(), QColor(0x1b75bb));
         QEvent leave(QEvent::Leave);
         QCoreApplication::sendEvent(&bar, &leave);
-        QCOMPARE(across(5), rest);
+        QCOMPARE(thumb(), QColor(0xb0cce4));
     }
 
 private:

@@ -18,8 +18,8 @@ LogWatch::~LogWatch()
 {
     const QStringList unannounced = take();
     if (!unannounced.isEmpty())
-        QTest::qFail(qPrintable(u"unexpected in the log: "_s + unannounced.join(u" / "_s)), __FILE__,
-                     __LINE__);
+        QTest::qFail(qPrintable(u"unexpected in the log: "_s + unannounced.join(u" / "_s)),
+                     __FILE__, __LINE__);
     dynamic_singleton<logging::LogHelper>::destroy();
 }
 

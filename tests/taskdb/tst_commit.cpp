@@ -147,9 +147,9 @@ private Q_SLOTS:
         QTest::newRow("I/O error") << u"error 20000"_s << write << false;
         QTest::newRow("write limit") << u"limit"_s << write << false;
         QTest::newRow("sync") << u"fdatasync"_s << write << false;
-        QTest::newRow("rename")
-            << u"rename"_s << u"Critical Safe file update failed. Updating %1 from %1.new"_s
-            << true;
+        QTest::newRow("rename") << u"rename"_s
+                                << u"Critical Safe file update failed. Updating %1 from %1.new"_s
+                                << true;
     }
 
     void failuresLeaveTheOldFile()

@@ -191,7 +191,8 @@ private Q_SLOTS:
             {u"version-negative"_s, {2, u"Critical Database version is corrupted: \"-1\""_s}},
             {u"version-empty"_s, {2, u"Critical Database version is corrupted: \"\""_s}},
             {u"version-newer"_s,
-             {1, u"Critical Database version is not supported. (Reader ver - 1; Database ver - 2)"_s}},
+             {1,
+              u"Critical Database version is not supported. (Reader ver - 1; Database ver - 2)"_s}},
         };
         const QStringList withoutAttributes{u"group-without-name"_s, u"group-without-id"_s,
                                             u"group-empty-name"_s, u"group-empty-id"_s};
@@ -210,8 +211,8 @@ private Q_SLOTS:
         QFETCH(int, error);
         QFETCH(QString, reason);
         LogWatch log;
-        const QString source =
-            QFINDTESTDATA("../data/damaged/") + QString::fromLatin1(QTest::currentDataTag()) + u".xml";
+        const QString source = QFINDTESTDATA("../data/damaged/") +
+                               QString::fromLatin1(QTest::currentDataTag()) + u".xml";
         const QByteArray before = contentOf(source);
         {
             StoreBuilder builder(source, 1);
@@ -289,7 +290,8 @@ private Q_SLOTS:
             const QString group = u"{11111111-1111-4111-8111-111111111111}"_s;
             QCOMPARE(log.take(),
                      (QStringList{u"Warning Removing orphaned task id "
-                                  "{bbbbbbbb-bbbb-4bbb-8bbb-bbbbbbbbbbbb} from Home "_s + group,
+                                  "{bbbbbbbb-bbbb-4bbb-8bbb-bbbbbbbbbbbb} from Home "_s +
+                                      group,
                                   u"Warning Removing orphaned task id "_s + someTask +
                                       u" from Home "_s + group}));
             QTRY_VERIFY(!contentOf(builder.path()).contains("<tid>"));
@@ -343,8 +345,8 @@ private Q_SLOTS:
         QCOMPARE(::mkfifo(QFile::encodeName(dir.filePath(u"pipe"_s)).constData(), 0600), 0);
         TaskStorage store(dir.filePath(entry));
         QCOMPARE(int{store.init()}, error);
-        QCOMPARE(log.take(), error == 0 ? QStringList()
-                                        : QStringList{u"Critical Database failed to load"_s});
+        QCOMPARE(log.take(),
+                 error == 0 ? QStringList() : QStringList{u"Critical Database failed to load"_s});
     }
 
     void withoutADeviceNothingHappens()

@@ -92,32 +92,37 @@ private Q_SLOTS:
         QTest::addColumn<int>("counted");
         QTest::addColumn<QString>("told"); // "all" stands for one signal of each of five groups
 
-        const auto row = [](const char* name, const Operation& operation,
-                            const QString& content, int counted, const QString& told) {
+        const auto row = [](const char* name, const Operation& operation, const QString& content,
+                            int counted, const QString& told) {
             QTest::newRow(name) << operation << content << counted << told;
         };
         const auto nothing = [&row](const char* name, const Operation& operation) {
             row(name, operation, unchanged, 0, {});
         };
 
-        row("create", [](Fixture& x) { x.store.renameTask(x.store.createTask(x.home), u"n"_s); },
+        row(
+            "create", [](Fixture& x) { x.store.renameTask(x.store.createTask(x.home), u"n"_s); },
             u"Inbox:a,b Completed:d Trash:e Home:b,c,n Work:c"_s, 2, u"Home,task n"_s);
-        row("create in an unknown group",
+        row(
+            "create in an unknown group",
             [](Fixture& x) { x.store.renameTask(x.store.createTask(x.nobody), u"n"_s); },
             u"Inbox:a,b,n Completed:d Trash:e Home:b,c Work:c"_s, 2, u"Inbox,task n"_s);
-        nothing("create in no group",
-                [](Fixture& x) { QVERIFY(x.store.createTask({}).isNull()); });
+        nothing("create in no group", [](Fixture& x) { QVERIFY(x.store.createTask({}).isNull()); });
 
-        row("rename", [](Fixture& x) { x.store.renameTask(x.a, u"A"_s); },
+        row(
+            "rename", [](Fixture& x) { x.store.renameTask(x.a, u"A"_s); },
             u"Inbox:A,b Completed:d Trash:e Home:b,c Work:c"_s, 1, u"task A"_s);
         nothing("rename to the same", [](Fixture& x) { x.store.renameTask(x.a, u"a"_s); });
-        row("notes", [](Fixture& x) { x.store.attachNotesToTask(x.a, u"x"_s); }, unchanged, 1,
+        row(
+            "notes", [](Fixture& x) { x.store.attachNotesToTask(x.a, u"x"_s); }, unchanged, 1,
             u"task a"_s);
         nothing("same notes", [](Fixture& x) { x.store.attachNotesToTask(x.a, {}); });
-        row("due", [](Fixture& x) { x.store.setTaskDueTime(x.a, Clock::now()); }, unchanged, 1,
+        row(
+            "due", [](Fixture& x) { x.store.setTaskDueTime(x.a, Clock::now()); }, unchanged, 1,
             u"task a"_s);
         nothing("still not due", [](Fixture& x) { x.store.setTaskDueTime(x.a, {}); });
-        row("complete", [](Fixture& x) { x.store.completeTask(x.a, true, Clock::now()); },
+        row(
+            "complete", [](Fixture& x) { x.store.completeTask(x.a, true, Clock::now()); },
             unchanged, 1, u"task a"_s);
         nothing("still open", [](Fixture& x) { x.store.completeTask(x.a, false, Clock::now()); });
         nothing("unknown and null tasks", [](Fixture& x) {
@@ -132,33 +137,51 @@ private Q_SLOTS:
             x.store.addTask(x.home, {});
         });
 
-        row("add", [](Fixture& x) { x.store.addTask(x.work, x.a); },
+        row(
+            "add", [](Fixture& x) { x.store.addTask(x.work, x.a); },
             u"Inbox:a,b Completed:d Trash:e Home:b,c Work:c,a"_s, 1, u"Work"_s);
-        row("add a member", [](Fixture& x) { x.store.addTask(x.work, x.c); }, unchanged, 1,
+        row(
+            "add a member", [](Fixture& x) { x.store.addTask(x.work, x.c); }, unchanged, 1,
             u"Work"_s);
-        row("add several", [](Fixture& x) { x.store.addTasks(x.work, {x.b, {}, x.c, x.a}); },
+        row(
+            "add several",
+            [](Fixture& x) {
+                x.store.addTasks(x.work, {x.b, {}, x.c, x.a});
+            },
             u"Inbox:a,b Completed:d Trash:e Home:b,c Work:c,b,a"_s, 1, u"Work"_s);
         nothing("add none", [](Fixture& x) { x.store.addTasks(x.work, {}); });
 
-        row("remove from one of two", [](Fixture& x) { x.store.removeTask(x.home, x.b, false); },
+        row(
+            "remove from one of two", [](Fixture& x) { x.store.removeTask(x.home, x.b, false); },
             u"Inbox:a,b Completed:d Trash:e Home:c Work:c"_s, 1, u"Home"_s);
-        row("remove the last", [](Fixture& x) { x.store.removeTask(x.inbox, x.a, false); },
+        row(
+            "remove the last", [](Fixture& x) { x.store.removeTask(x.inbox, x.a, false); },
             u"Inbox:b Completed:d Trash:e,a Home:b,c Work:c"_s, 1, u"Inbox"_s);
-        row("remove, skipping the Trash",
+        row(
+            "remove, skipping the Trash",
             [](Fixture& x) { x.store.removeTask(x.inbox, x.a, true); },
             u"Inbox:b Completed:d Trash:e Home:b,c Work:c"_s, 1, u"Inbox"_s);
-        row("remove from the Trash", [](Fixture& x) { x.store.removeTask(x.trash, x.e, false); },
+        row(
+            "remove from the Trash", [](Fixture& x) { x.store.removeTask(x.trash, x.e, false); },
             u"Inbox:a,b Completed:d Trash: Home:b,c Work:c"_s, 1, u"Trash"_s);
 
-        row("move", [](Fixture& x) { x.store.moveTasks(x.home, x.inbox, {x.c, x.b}); },
+        row(
+            "move",
+            [](Fixture& x) {
+                x.store.moveTasks(x.home, x.inbox, {x.c, x.b});
+            },
             u"Inbox:a,b,c Completed:d Trash:e Home: Work:c"_s, 1, u"Home,Inbox"_s);
-        row("move to Completed", [](Fixture& x) { x.store.moveTasks(x.home, x.completed, {x.c}); },
+        row(
+            "move to Completed", [](Fixture& x) { x.store.moveTasks(x.home, x.completed, {x.c}); },
             u"Inbox:a,b Completed:d,c Trash:e Home:b Work:"_s, 1, u"all,Completed"_s);
-        row("move within the Trash", [](Fixture& x) { x.store.moveTasks(x.home, x.trash, {x.e}); },
+        row(
+            "move within the Trash", [](Fixture& x) { x.store.moveTasks(x.home, x.trash, {x.e}); },
             unchanged, 1, u"all,Trash"_s);
-        row("restore", [](Fixture& x) { x.store.moveTasks(x.trash, x.home, {x.e}); },
+        row(
+            "restore", [](Fixture& x) { x.store.moveTasks(x.trash, x.home, {x.e}); },
             u"Inbox:a,b Completed:d Trash: Home:b,c,e Work:c"_s, 1, u"Trash,Home"_s);
-        row("move what is in no group",
+        row(
+            "move what is in no group",
             [](Fixture& x) { x.store.moveTasks(x.home, x.work, {x.f}); },
             u"Inbox:a,b Completed:d Trash:e Home:b,c Work:c,f"_s, 1, u"Home,Work"_s);
 
@@ -168,17 +191,18 @@ private Q_SLOTS:
             x.store.reorderTasks(x.home, {}, true, {x.c});
             x.store.reorderTasks(x.home, x.b, true, {});
         });
-        row("empty the Trash", [](Fixture& x) { x.store.emptyTrash(); },
+        row(
+            "empty the Trash", [](Fixture& x) { x.store.emptyTrash(); },
             u"Inbox:a,b Completed:d Trash: Home:b,c Work:c"_s, 1, u"Trash"_s);
 
         row("create a group", [](Fixture& x) { (void)x.store.createGroup(u"New"_s, {}); },
             unchanged + u" New:"_s, 1, {});
         row("rename a group", [](Fixture& x) { x.store.renameGroup(x.home, u"House"_s); },
             u"Inbox:a,b Completed:d Trash:e House:b,c Work:c"_s, 1, {});
-        row("rename a group to the same", [](Fixture& x) { x.store.renameGroup(x.home, u"Home"_s); },
-            unchanged, 1, {});
-        row("group icon", [](Fixture& x) { x.store.setGroupIcon(x.home, u"star"_s); }, unchanged,
-            1, {});
+        row("rename a group to the same",
+            [](Fixture& x) { x.store.renameGroup(x.home, u"Home"_s); }, unchanged, 1, {});
+        row("group icon", [](Fixture& x) { x.store.setGroupIcon(x.home, u"star"_s); }, unchanged, 1,
+            {});
         row("remove a group", [](Fixture& x) { x.store.removeGroup(x.home); },
             u"Inbox:a,b Completed:d Trash:e,b,c Work:c"_s, 1, {});
         nothing("remove built-in groups", [](Fixture& x) {

@@ -82,8 +82,8 @@ private Q_SLOTS:
         const int last = rows.bodyHeight() - viewport;
         QCOMPARE(rows.toLogical(0, viewport), 0);
         QCOMPARE(rows.toLogical(last, viewport), rows.contentHeight() - viewport);
-        for (qsizetype row : {qsizetype{0}, qsizetype{123'456}, qsizetype{654'321},
-                              qsizetype{999'999}}) {
+        for (qsizetype row :
+             {qsizetype{0}, qsizetype{123'456}, qsizetype{654'321}, qsizetype{999'999}}) {
             const qint64 wanted =
                 qMin(rows.top(row) - TaskRows::margin, rows.contentHeight() - viewport);
             const qint64 shown = rows.toLogical(rows.toScroll(wanted, viewport), viewport);
