@@ -64,11 +64,13 @@ void dropLibraryPaths()
     QCoreApplication::setLibraryPaths({});
 }
 
-/// When the display goes away, the toolkit ends the process through exit(): what the user entered
-/// is written even then. After an orderly shutdown there is nothing left to do.
+/// When an X display goes away, the toolkit ends the process through exit(): what the user entered
+/// is written even then. After an orderly shutdown there is nothing left to do. The store itself
+/// stays: exit() may have come while it was at work.
 void commitAtExit()
 {
-    dynamic_singleton<TaskCore>::destroy();
+    if (dynamic_singleton<TaskCore>::exists())
+        taskStorage().saveStateRequest();
     if (dynamic_singleton<logging::LogHelper>::exists())
         dynamic_singleton<logging::LogHelper>::inst().flush();
 }

@@ -8,9 +8,9 @@
 #include <iterator>
 
 /// An ordered list of identifiers without duplicates or null identifiers, as an implicitly shared
-/// value. Copying takes constant time; membership is O(1). Changing one entry touches one block;
-/// right after a copy was taken it duplicates that block and the list of blocks, a hundredth of the
-/// whole.
+/// value. Copying takes constant time; membership is O(1). Changing one entry looks through the
+/// list of blocks, a 256th of the whole, and changes one of them; right after a copy was taken it
+/// duplicates both.
 class TaskIdList
 {
     struct Block

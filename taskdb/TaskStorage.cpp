@@ -63,7 +63,12 @@ TaskStorage::~TaskStorage()
 
 TaskStorage::ErrorType TaskStorage::init()
 {
+    // An earlier committer takes the lock once more before it ends.
+    m_commiter.reset();
     const QMutexLocker lock(&m_lock);
+    m_groups.clear();
+    m_groupOrder.clear();
+    m_tasks = TaskTable();
     const EEntry entry = entryAt(m_path);
     if (entry != EEntry::missing) {
         const ErrorType error = entry == EEntry::file ? _load() : ReadFailure;

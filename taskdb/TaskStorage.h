@@ -43,7 +43,7 @@ public:
     Q_DISABLE_COPY_MOVE(TaskStorage)
 
     /// Loads the database and starts the commit thread; a missing file starts empty. After a
-    /// failure nothing is ever written.
+    /// failure nothing is ever written. What the store held before is written first, then dropped.
     [[nodiscard]] ErrorType init();
     /// How long the store must be still before it is written, in milliseconds; 60000 unless set.
     /// Takes effect at init().

@@ -3,6 +3,7 @@
 #include "app/base/LogHelper.h"
 #include "taskdb/IdText.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -10,7 +11,13 @@ using namespace Qt::StringLiterals;
 
 namespace {
 constexpr uint supportedVersion = 1;
+
+bool isDecimal(QStringView text)
+{
+    return !text.isEmpty() &&
+           std::all_of(text.begin(), text.end(), [](QChar c) { return c >= u'0' && c <= u'9'; });
 }
+} // namespace
 
 TaskStorageReader::TaskStorageReader(TaskStorage* store)
     : m_store(store)
@@ -70,17 +77,16 @@ bool TaskStorageReader::_checkVersion()
         return false;
     }
     const QStringView text = rootAttributes.value("version"_L1);
-    bool ok = false;
-    const uint version = text.toUInt(&ok, 10);
-    if (!ok) {
+    if (!isDecimal(text)) {
         MVR_LOG_ERR(u"Database version is corrupted: \""_s + text + u'"');
         m_errorCode = TaskStorage::CorruptedVersion;
         return false;
     }
-    if (version > supportedVersion) {
+    bool fits = false;
+    const uint version = text.toUInt(&fits, 10);
+    if (!fits || version > supportedVersion) {
         MVR_LOG_ERR(u"Database version is not supported. (Reader ver - "_s +
-                    QString::number(supportedVersion) + u"; Database ver - "_s +
-                    QString::number(version) + u')');
+                    QString::number(supportedVersion) + u"; Database ver - "_s + text + u')');
         m_errorCode = TaskStorage::NewerVersion;
         return false;
     }

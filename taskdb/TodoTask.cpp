@@ -162,7 +162,8 @@ int TodoTask::daysToEvent() const
 {
     if (d->times.due == noTime)
         return noDueDate;
-    return static_cast<int>(Clock::now().daysTo(timeDue()));
+    constexpr qint64 furthest = noDueDate - 1;
+    return static_cast<int>(qBound(-furthest, Clock::now().daysTo(timeDue()), furthest));
 }
 
 QString TodoTask::toString() const

@@ -171,6 +171,30 @@ private Q_SLOTS:
         QCOMPARE(log.take(), QStringList());
     }
 
+    void versions_data()
+    {
+        QTest::addColumn<QString>("version");
+        QTest::addColumn<int>("error");
+        QTest::newRow("leading zeros") << u"0001"_s << 0;
+        QTest::newRow("beyond 32 bits") << u"4294967297"_s << 1;
+        QTest::newRow("beyond 64 bits") << u"99999999999999999999999"_s << 1;
+        QTest::newRow("sign") << u"+1"_s << 2;
+        QTest::newRow("blank") << u" 1"_s << 2;
+    }
+
+    void versions()
+    {
+        QFETCH(QString, version);
+        QFETCH(int, error);
+        LogWatch log;
+        TaskStorage store({});
+        QBuffer buffer;
+        buffer.setData("<taskdb version=\"" + version.toUtf8() + "\"/>");
+        buffer.open(QIODevice::ReadOnly);
+        QCOMPARE(int{TaskStorageReader(&store).read(&buffer)}, error);
+        QCOMPARE(log.take().isEmpty(), error == 0);
+    }
+
     void namelessGroupStaysReadable()
     {
         const LogWatch log;

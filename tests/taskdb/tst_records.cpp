@@ -96,6 +96,8 @@ private Q_SLOTS:
         QTest::newRow("in 14 hours") << QDateTime(QDate(2026, 3, 16), QTime(0, 1)) << 1;
         QTest::newRow("11 hours ago") << QDateTime(QDate(2026, 3, 14), QTime(23, 59)) << -1;
         // The clocks change on the 29th: a day of 23 hours is a day.
+        QTest::newRow("beyond all counting")
+            << QDateTime::fromMSecsSinceEpoch(Q_INT64_C(999'999'999'999'999'999)) << 2147483646;
         QTest::newRow("over a clock change") << QDateTime(QDate(2026, 3, 30), QTime(0, 0)) << 15;
     }
 
@@ -192,7 +194,12 @@ private Q_SLOTS:
         inbox.move(id, home);
         QVERIFY(inbox.tasks().isEmpty());
         QCOMPARE(builder.members(home), QList{id});
+        const TodoTask::Id second = builder.task(home, u"Second"_s);
         FocusGroup group = builder.store.getGroup(home);
+        group.reorder(id, true, {second});
+        QCOMPARE(builder.members(home), (QList{second, id}));
+        QCOMPARE(group.tasks().toList(), (QList{second, id}));
+        group.remove(second, true);
         group.rename(u"House"_s);
         group.setIconName(u"home"_s);
         QCOMPARE(builder.store.getGroup(home).name(), u"House"_s);
