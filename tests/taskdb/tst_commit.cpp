@@ -28,14 +28,14 @@ QByteArray contentOf(const QString& path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-/// The number of tasks in the Inbox of a database file, or -1 when it does not load.
-qsizetype tasksIn(const QString& path)
+/// The number of tasks in a group of a database file, or -1 when it does not load.
+qsizetype tasksIn(const QString& path, const FocusGroup::Id& group = TaskStorage::ms_inboxId)
 {
     TaskStorage store(path);
     if (!QFile::exists(path) || store.init() != TaskStorage::NoError)
         return -1;
     QList<TodoTask::Id> ids;
-    store.enumGroup(TaskStorage::ms_inboxId, ids);
+    store.enumGroup(group, ids);
     return ids.size();
 }
 
@@ -127,6 +127,27 @@ private Q_SLOTS:
                 (void)store.createTask(TaskStorage::ms_inboxId);
             }
             QCOMPARE(tasksIn(path), round);
+        }
+    }
+
+    void endingDuringACommitLosesNothing()
+    {
+        const LogWatch log;
+        QTemporaryDir dir;
+        const QString path = dir.filePath(u"database.xml"_s);
+        QRandomGenerator random(11);
+        for (int round = 1; round <= 40; ++round) {
+            {
+                TaskStorage store(path);
+                store.setCommitInterval(1);
+                QCOMPARE(store.init(), TaskStorage::NoError);
+                const TodoTask::Id id = store.createTask(TaskStorage::ms_inboxId);
+                store.attachNotesToTask(id, QString(100000, u'n'));
+                QThread::usleep(random.bounded(6000));
+                (void)store.createTask(TaskStorage::ms_completedId);
+            }
+            QCOMPARE(tasksIn(path), round);
+            QCOMPARE(tasksIn(path, TaskStorage::ms_completedId), round);
         }
     }
 
