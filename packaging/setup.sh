@@ -10,6 +10,9 @@ display_packages=(xvfb openbox x11-utils imagemagick
 test_packages=(libbenchmark-dev libx11-dev libsm-dev libice-dev
   xvfb openbox xdotool x11-utils dbus-daemon fonts-noto-core tzdata)
 
+# Clones share what ccache holds, wherever they lie.
+export CCACHE_BASEDIR=$root CCACHE_NOHASHDIR=true
+
 say() {
   printf '== %s\n' "$*"
 }
