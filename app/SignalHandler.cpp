@@ -50,6 +50,12 @@ SignalHandler::SignalHandler(QObject* parent)
         handle(signal);
 }
 
+void SignalHandler::surviveBrokenPipes()
+{
+    // A handler, since an ignored signal would stay ignored in the programs that we start.
+    std::signal(SIGPIPE, [](int) {});
+}
+
 SignalHandler::~SignalHandler()
 {
     wakeUpSocket = -1;

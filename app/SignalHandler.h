@@ -17,6 +17,10 @@ class SignalHandler : public QObject
 
 public:
     explicit SignalHandler(QObject* parent = nullptr);
+
+    /// From then on, writing to a pipe or display that is gone fails instead of killing the
+    /// program. To be called first of all; programs started from here are not affected.
+    static void surviveBrokenPipes();
     /// From then on the signals do nothing: what is left of the program ends by itself.
     ~SignalHandler() override;
     Q_DISABLE_COPY_MOVE(SignalHandler)

@@ -88,6 +88,7 @@ void destroySingletons()
 
 int main(int argc, char** argv)
 {
+    SignalHandler::surviveBrokenPipes();
     FontFinder fontFinder;
     const std::unique_ptr<MVRApp> app = makeApplication(argc, argv);
     QApplication::setWindowIcon(dynamic_singleton<IconsHelper>::inst().appIcon(0, QString()));

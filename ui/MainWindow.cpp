@@ -20,6 +20,7 @@ using namespace Qt::StringLiterals;
 namespace {
 constexpr int paneMinimumWidth = 100;
 constexpr QSize firstSize(800, 450);
+constexpr QSize smallestSize(320, 200);
 } // namespace
 
 MainWindow::MainWindow(QWidget* parent)
@@ -74,6 +75,7 @@ void MainWindow::_connectActions()
 
 void MainWindow::_restoreGeometry()
 {
+    setMinimumSize(smallestSize);
     resize(firstSize);
     if (const QScreen* screen = this->screen()) {
         const QRect area = screen->geometry();

@@ -486,8 +486,10 @@ TaskWidget* TaskListWidget::_takeWidget(const TodoTask::Id& id)
 /// Takes the rows' heights from the font and style of the moment.
 void TaskListWidget::_measureRows()
 {
-    if (m_spare.isEmpty())
+    if (m_spare.isEmpty()) {
         m_spare.append(new TaskWidget({}, this, m_body));
+        m_spare.constLast()->hide();
+    }
     for (TaskWidget* spare : std::as_const(m_spare))
         spare->fixHeight();
     for (const LiveRow& live : std::as_const(m_live))

@@ -14,8 +14,9 @@ class TaskRows
 public:
     static constexpr int margin = 7;
     static constexpr int spacing = 1;
-    /// The tallest a widget can be, in pixels.
-    static constexpr int maxBodyHeight = 16777215;
+    /// The tallest the body can be, in pixels: one less than any widget can, since a minimum height
+    /// of that means none.
+    static constexpr int maxBodyHeight = 16777214;
 
     struct Range
     {

@@ -18,6 +18,8 @@
 namespace {
 constexpr qreal cornerRadius = 5;
 constexpr qreal completedOpacity = 0.6;
+/// In UTF-16 code units: more than anybody means to paste. A stored name that is longer stays.
+constexpr int longestName = 1'000'000;
 } // namespace
 
 TaskWidget::TaskWidget(const TodoTask::Id& id, TaskListWidget* list, QWidget* parent)
@@ -74,6 +76,7 @@ void TaskWidget::_createEditLayout()
     m_nameEdit->setPlaceholderText(tr("Task name"));
     m_nameEdit->setAccessibleName(tr("Task name"));
     m_nameEdit->setFrame(false);
+    m_nameEdit->setMaxLength(longestName);
     m_nameEdit->setTextMargins(0, 0, 0, 0);
     QPalette colours = m_nameEdit->palette();
     colours.setColor(QPalette::Base, fancy::color(fancy::RowEdited));
@@ -176,6 +179,9 @@ void TaskWidget::_checkboxChanged(int state)
     setCompleted(state == 1);
     m_settingCheckbox = false;
     _setCheckboxes();
+    // The click on the box gave the list the focus; the form goes on where it was.
+    if (m_nameEdit)
+        m_nameEdit->setFocus(Qt::PopupFocusReason);
 }
 
 /// Brings the checkboxes into line with the task, without hearing from them.

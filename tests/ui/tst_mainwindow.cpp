@@ -17,6 +17,7 @@
 #include "ui/controls/FancySplitter.h"
 #include "ui/controls/TaskCheckbox.h"
 
+#include <QScrollArea>
 #include <QScrollBar>
 #include <QTest>
 
@@ -384,6 +385,52 @@ private Q_SLOTS:
             QCOMPARE(row(i)->height(), row(i)->faceHeight());
         }
         QVERIFY(row(1)->height() >= QFontMetrics(font).height());
+    }
+
+    void emptyGroupShowsNoRow()
+    {
+        for (const auto* widget : list().findChildren<TaskWidget*>())
+            QVERIFY(!widget->isVisible());
+    }
+
+    void untickingWhileEditingGoesOnWithTheEdit()
+    {
+        addTasks({u"a"_s});
+        store().completeTask(list().rows().idAt(0), true, Clock::now());
+        click(0);
+        list().editTask();
+        key(Qt::Key_End);
+        QTest::mouseClick(row(0)->findChildren<TaskCheckbox*>().last(), Qt::LeftButton);
+        QVERIFY(row(0)->isEditing());
+        keys(u"b"_s);
+        QCOMPARE(inbox(), u"ab"_s);
+    }
+
+    void comingBackToTheWindowGoesOnTyping()
+    {
+        list().newTask();
+        keys(u"half of"_s);
+        QWidget other;
+        other.show();
+        other.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&other));
+        m_window->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+        keys(u" it"_s);
+        QCOMPARE(inbox(), u"half of it"_s);
+    }
+
+    /// A body of a height that widgets take for none could not be scrolled.
+    void tallestBodyScrolls()
+    {
+        QVERIFY(TaskRows::maxBodyHeight < QWIDGETSIZE_MAX);
+        QScrollArea area;
+        area.setWidgetResizable(true);
+        auto* body = new QWidget;
+        area.setWidget(body);
+        area.show();
+        body->setMinimumHeight(TaskRows::maxBodyHeight);
+        QTRY_VERIFY(area.verticalScrollBar()->maximum() > 16'000'000);
     }
 
     void groupsStandInTheirOrder()

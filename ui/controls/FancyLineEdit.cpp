@@ -16,8 +16,11 @@ void FancyLineEdit::focusInEvent(QFocusEvent* event)
 {
     QLineEdit::focusInEvent(event);
     // The context menu gives the focus back before its command runs: "Copy" is meant for what
-    // was selected when it opened.
-    if (m_selectAllOnFocus && event->reason() != Qt::PopupFocusReason)
+    // was selected when it opened. And whoever comes back to the window goes on typing: a
+    // selection would lose what stands there already.
+    const bool comesBack = event->reason() == Qt::PopupFocusReason ||
+                           event->reason() == Qt::ActiveWindowFocusReason;
+    if (m_selectAllOnFocus && !comesBack)
         selectAll();
     // The press that follows clears the selection; its release selects again.
     m_pendingSelect = event->reason() == Qt::MouseFocusReason;
