@@ -18,7 +18,7 @@
 namespace {
 constexpr qreal cornerRadius = 5;
 constexpr qreal completedOpacity = 0.6;
-/// In UTF-16 code units: more than anybody means to paste. A stored name that is longer stays.
+/// In UTF-16 code units: more than anybody means to paste. A longer stored name sets its own limit.
 constexpr int longestName = 1'000'000;
 } // namespace
 
@@ -76,7 +76,7 @@ void TaskWidget::_createEditLayout()
     m_nameEdit->setPlaceholderText(tr("Task name"));
     m_nameEdit->setAccessibleName(tr("Task name"));
     m_nameEdit->setFrame(false);
-    m_nameEdit->setMaxLength(longestName);
+    m_nameEdit->setMaxLength(qMax(longestName, static_cast<int>(m_task.name().size())));
     m_nameEdit->setTextMargins(0, 0, 0, 0);
     QPalette colours = m_nameEdit->palette();
     colours.setColor(QPalette::Base, fancy::color(fancy::RowEdited));
