@@ -2,6 +2,7 @@
 
 #include "app/base/LogHelper.h"
 #include "app/base/PathHelper.h"
+#include "app/base/ProgramSettings.h"
 #include "app/core/TaskCore.h"
 
 #include <QSessionManager>
@@ -9,11 +10,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-void saveLoadedSettings()
-{
-    // The usage metrics, then the settings, are saved here, each only if it was loaded.
-}
-
 boost::shared_ptr<TaskStorage> loadedStorage()
 {
     if (!dynamic_singleton<TaskCore>::exists())
@@ -30,6 +26,13 @@ MVRApp::MVRApp(const QString& id, int& argc, char** argv)
             Qt::DirectConnection);
     connect(this, &QGuiApplication::saveStateRequest, this, &MVRApp::_onSaveState,
             Qt::DirectConnection);
+}
+
+void MVRApp::saveLoadedSettings()
+{
+    // The usage metrics are saved here, if they were loaded.
+    if (dynamic_singleton<ProgramSettings>::exists())
+        dynamic_singleton<ProgramSettings>::inst().save(PathHelper::settingsFile());
 }
 
 void MVRApp::commitData(QSessionManager& manager)

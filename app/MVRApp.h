@@ -16,6 +16,9 @@ public:
     /// The session ends, or is to be saved: writes what is loaded, and goes on running.
     virtual void commitData(QSessionManager& manager);
 
+    /// Writes what is kept beside the tasks, each file only if it was loaded.
+    static void saveLoadedSettings();
+
     /// Does nothing: the translations have an owner of their own.
     void loadTranslationsForLocaleId() {}
 

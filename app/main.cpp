@@ -5,8 +5,11 @@
 #include "app/StartupRefusal.h"
 #include "app/base/LogHelper.h"
 #include "app/base/PathHelper.h"
+#include "app/base/ProgramSettings.h"
 #include "app/core/TaskCore.h"
+#include "app/language/Language.h"
 #include "ui/ActionsHelper.h"
+#include "ui/DragHelper.h"
 #include "ui/MainWindow.h"
 #include "ui/controls/StyleHelper.h"
 #include "ui/icons/IconsHelper.h"
@@ -71,15 +74,27 @@ void commitAtExit()
 {
     if (dynamic_singleton<TaskCore>::exists())
         taskStorage().saveStateRequest();
+    MVRApp::saveLoadedSettings();
     if (dynamic_singleton<logging::LogHelper>::exists())
         dynamic_singleton<logging::LogHelper>::inst().flush();
 }
 
+void loadSettings()
+{
+    auto& settings = dynamic_singleton<ProgramSettings>::inst();
+    if (!settings.load(PathHelper::settingsFile()))
+        settings.resetToDefaults();
+    settings.upgradeSettings();
+    // The usage metrics are loaded here.
+    Language::loadLanguageSettings();
+}
+
 void destroySingletons()
 {
-    // The usage metrics go first, then the settings.
+    // The usage metrics go first.
+    dynamic_singleton<ProgramSettings>::destroy();
     dynamic_singleton<IconsHelper>::destroy();
-    // The drag registry goes here.
+    dynamic_singleton<DragHelper>::destroy();
     dynamic_singleton<ActionsHelper>::destroy();
     dynamic_singleton<fancy::StyleHelper>::destroy();
     dynamic_singleton<logging::LogHelper>::destroy();
@@ -89,6 +104,7 @@ void destroySingletons()
 int main(int argc, char** argv)
 {
     SignalHandler::surviveBrokenPipes();
+    initLanguages();
     FontFinder fontFinder;
     const std::unique_ptr<MVRApp> app = makeApplication(argc, argv);
     QApplication::setWindowIcon(dynamic_singleton<IconsHelper>::inst().appIcon(0, QString()));
@@ -108,11 +124,13 @@ int main(int argc, char** argv)
         StartupRefusal::show(error);
         return 1;
     }
+    loadSettings();
+    // Not before the settings: what they are written with has to outlive the handler.
     std::atexit(commitAtExit);
-    // The settings are loaded and upgraded here, then the usage metrics and the language.
 
     auto window = std::make_unique<MainWindow>();
-    window->show();
+    if (dynamic_singleton<ProgramSettings>::inst().openWindowOnStartup)
+        window->show();
     app->setActivationWindow(window.get(), true);
     // The tray icon is made and shown here.
     QApplication::setQuitOnLastWindowClosed(false);
@@ -121,7 +139,7 @@ int main(int argc, char** argv)
     MVR_LOG_DEBUG(u"app.exec() returns "_s + QString::number(exitCode));
     // The tray icon goes before the window.
     window.reset();
-    // The usage metrics, then the settings, are saved here.
+    MVRApp::saveLoadedSettings();
     MVR_LOG_INFO(u"Shutdown"_s);
     dynamic_singleton<TaskCore>::destroy();
     // The network worker ends here.

@@ -1,7 +1,8 @@
 # Installs the Debian packages that the scripts need; sourced by run and test.
 # shellcheck shell=bash disable=SC2034
 
-build_packages=(g++ cmake ninja-build qt6-base-dev libboost-dev uuid-dev libfontconfig-dev)
+build_packages=(g++ cmake ninja-build qt6-base-dev qt6-tools-dev qt6-translations-l10n libboost-dev
+  uuid-dev libfontconfig-dev)
 # For a session that has Wayland only.
 wayland_packages=(qt6-wayland)
 # For a picture of the program where there is no display.

@@ -4,6 +4,7 @@
 #include "app/StartupRefusal.h"
 #include "app/base/LogHelper.h"
 #include "app/base/PathHelper.h"
+#include "app/base/ProgramSettings.h"
 #include "app/base/Prompt.h"
 #include "app/core/TaskCore.h"
 #include "tests/support/LogWatch.h"
@@ -75,8 +76,17 @@ private Q_SLOTS:
 
         Q_EMIT app->saveStateRequest(manager);
         Q_EMIT app->commitDataRequest(manager);
-        QVERIFY2(!dynamic_singleton<TaskCore>::exists(),
+        QVERIFY2(!dynamic_singleton<TaskCore>::exists() &&
+                     !dynamic_singleton<ProgramSettings>::exists(),
                  "saving makes nothing that was not loaded");
+        QVERIFY(!QFile::exists(PathHelper::settingsFile()));
+
+        QVERIFY(dynamic_singleton<ProgramSettings>::inst().load(PathHelper::settingsFile()));
+        Q_EMIT app->saveStateRequest(manager);
+        QVERIFY(QFile::remove(PathHelper::settingsFile()));
+        Q_EMIT app->commitDataRequest(manager);
+        QVERIFY(QFile::exists(PathHelper::settingsFile()));
+        dynamic_singleton<ProgramSettings>::destroy();
 
         QCOMPARE(dynamic_singleton<TaskCore>::inst().init(), TaskStorage::NoError);
         const QString path = PathHelper::databaseFile();

@@ -120,6 +120,7 @@ private Q_SLOTS:
     void closingHidesAndASecondStartShows();
     void secondStartRestores();
     void startWithoutDatabase();
+    void hiddenStart();
     void sessionSaves();
     void sessionEnds();
     void refusedDatabase_data();
@@ -224,7 +225,10 @@ void tst_Program::endsInOrder()
     QCOMPARE(m_program->exitCode(), 0);
     QCOMPARE(contentsOf(file(u"database.xml"_s)), before);
     QCOMPARE(contentsOf(file(u"log.txt"_s)), QByteArray());
-    QCOMPARE(files(), QStringList({u"database.xml"_s, u"log.txt"_s}));
+    QCOMPARE(files(), QStringList({u"database.xml"_s, u"log.txt"_s, u"settings.ini"_s}));
+    const QByteArray settings = contentsOf(file(u"settings.ini"_s));
+    QVERIFY2(settings.contains("\ngeneral.ui_language=en_US\n"), settings.constData());
+    QVERIFY2(settings.contains("\nversion=0.2.608\n"), settings.constData());
 }
 
 void tst_Program::closingHidesAndASecondStartShows()
@@ -266,7 +270,38 @@ void tst_Program::startWithoutDatabase()
     startProgram();
     m_program->signal(SIGTERM);
     QCOMPARE(m_program->exitCode(), 0);
-    QVERIFY(!files().contains(u"settings.ini"_s));
+    QVERIFY(files().contains(u"settings.ini"_s));
+}
+
+void tst_Program::hiddenStart()
+{
+    QFile settings(file(u"settings.ini"_s));
+    QVERIFY(settings.open(QIODevice::WriteOnly));
+    settings.write("[General]\ngeneral.open_window_on_startup=false\n"
+                   "general.ui_language=ru_RU\nversion=0.1\n");
+    settings.close();
+    // The session manager tells when the program has come up.
+    Process manager(QStringLiteral(MVR_SESSION_MANAGER));
+    manager.start();
+    m_environment.insert(u"SESSION_MANAGER"_s, manager.line());
+    m_program = std::make_unique<Process>(QStringLiteral(MVR_PROGRAM));
+    m_program->start(m_environment);
+    QCOMPARE(manager.line(), u"registered"_s);
+    QCOMPARE(manager.line(), u"saved"_s);
+    QCOMPARE(visibleWindow(*m_program), QString());
+    const QByteArray saved = contentsOf(settings.fileName());
+    QVERIFY2(saved.contains("\ngeneral.open_window_on_startup=false\n"), saved.constData());
+    QVERIFY2(saved.contains("\ngeneral.ui_language=ru_RU\n"), saved.constData());
+    QVERIFY2(saved.contains("\nversion=0.2.608\n"), saved.constData());
+
+    QVERIFY(settings.remove());
+    Process second(QStringLiteral(MVR_PROGRAM));
+    second.start(m_environment);
+    QCOMPARE(second.exitCode(), 0);
+    QTRY_VERIFY_WITH_TIMEOUT(isActive(visibleWindow(*m_program)), patienceMs);
+    m_program->signal(SIGTERM);
+    QCOMPARE(m_program->exitCode(), 0);
+    QCOMPARE(contentsOf(settings.fileName()), saved);
 }
 
 void tst_Program::sessionSaves()
@@ -402,6 +437,7 @@ void tst_Program::displayGoesAway()
     QCOMPARE(m_program->exitCode(), 1);
     QVERIFY(m_program->errors().contains("X11"_L1));
     QCOMPARE(namesOnDisk(TaskStorage::ms_inboxId), QStringList{u"x"_s} + before.mid(1));
+    QVERIFY(contentsOf(file(u"settings.ini"_s)).contains("\nversion=0.2.608\n"));
 }
 
 QTEST_GUILESS_MAIN(tst_Program)

@@ -1,0 +1,231 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="ru_RU" sourcelanguage="en_US">
+<context>
+    <name>ActionsHelper</name>
+    <message>
+        <source>New</source>
+        <translation>Создать</translation>
+    </message>
+    <message>
+        <source>Edit</source>
+        <translation>Изменить</translation>
+    </message>
+    <message>
+        <source>Toggle view</source>
+        <translation>Сменить вид</translation>
+    </message>
+    <message>
+        <source>Cleanup</source>
+        <translation>Очистить</translation>
+    </message>
+</context>
+<context>
+    <name>CTagsEdit</name>
+    <message>
+        <source>Tags</source>
+        <translation>Метки</translation>
+    </message>
+</context>
+<context>
+    <name>DateWidget</name>
+    <message>
+        <source>Due date</source>
+        <translation>Срок</translation>
+    </message>
+</context>
+<context>
+    <name>FocusGroupListWidget</name>
+    <message>
+        <source>Groups</source>
+        <translation>Группы</translation>
+    </message>
+</context>
+<context>
+    <name>GroupHintWidget</name>
+    <message>
+        <source>&lt;html&gt;&lt;head&gt;&lt;style&gt;a { color: #1b75bb; text-decoration: none; } &lt;/style&gt;&lt;/head&gt;&lt;body&gt;This is Inbox, a default group to hold all new incoming tasks.&lt;br&gt;Looks like it&apos;s empty right now. Lets have some fun, &lt;a href=inboxheadstart&gt;click here&lt;/a&gt; to fill it up with some predefined tasks.&lt;br&gt;&lt;br&gt;Use &quot;Add group&quot; from the context menu on the group panel to add another group.&lt;/body&gt;&lt;/html&gt;</source>
+        <translation>&lt;html&gt;&lt;head&gt;&lt;style&gt;a { color: #1b75bb; text-decoration: none; } &lt;/style&gt;&lt;/head&gt;&lt;body&gt;Это «Входящие» — группа, в которую попадают все новые задачи.&lt;br&gt;Сейчас она пуста. &lt;a href=inboxheadstart&gt;Нажмите здесь&lt;/a&gt;, чтобы для начала добавить в неё несколько готовых задач.&lt;br&gt;&lt;br&gt;Чтобы создать ещё одну группу, выберите «Добавить группу» в контекстном меню панели групп.&lt;/body&gt;&lt;/html&gt;</translation>
+    </message>
+    <message>
+        <source>Trash group holds all the tasks that you have ever deleted.&lt;br&gt;You can restore deleted tasks by dragging them back to one of the existing groups.&lt;br&gt;&lt;br&gt;If you delete a task from Trash - it&apos;s gone...</source>
+        <translation>В корзине находятся все удалённые задачи.&lt;br&gt;Чтобы восстановить задачу, перетащите её в одну из групп.&lt;br&gt;&lt;br&gt;Задача, удалённая из корзины, исчезает навсегда.</translation>
+    </message>
+    <message>
+        <source>This group holds all the tasks that were completed by you and logged.</source>
+        <translation>Здесь собраны все задачи, которые вы выполнили и убрали из групп.</translation>
+    </message>
+    <message>
+        <source>This is your custom group.&lt;br&gt;&lt;br&gt;Add more groups to focus on similar tasks</source>
+        <translation>Это ваша собственная группа.&lt;br&gt;&lt;br&gt;Добавляйте группы, чтобы держать похожие задачи вместе</translation>
+    </message>
+</context>
+<context>
+    <name>IconsHelper</name>
+    <message>
+        <source>Starred</source>
+        <translation>Избранное</translation>
+    </message>
+    <message>
+        <source>Blue Star</source>
+        <translation>Синяя звезда</translation>
+    </message>
+    <message>
+        <source>Green Star</source>
+        <translation>Зелёная звезда</translation>
+    </message>
+    <message>
+        <source>Red Star</source>
+        <translation>Красная звезда</translation>
+    </message>
+    <message>
+        <source>Yellow Star</source>
+        <translation>Жёлтая звезда</translation>
+    </message>
+    <message>
+        <source>Inbox</source>
+        <translation>Входящие</translation>
+    </message>
+    <message>
+        <source>Completed</source>
+        <translation>Завершённые</translation>
+    </message>
+    <message>
+        <source>To Check</source>
+        <translation>Проверить</translation>
+    </message>
+    <message>
+        <source>Trash</source>
+        <translation>Корзина</translation>
+    </message>
+    <message>
+        <source>Home</source>
+        <translation>Дом</translation>
+    </message>
+    <message>
+        <source>Internet</source>
+        <translation>Интернет</translation>
+    </message>
+    <message>
+        <source>Some Day</source>
+        <translation>Когда-нибудь</translation>
+    </message>
+    <message>
+        <source>Party Time</source>
+        <translation>Праздник</translation>
+    </message>
+    <message>
+        <source>Calls</source>
+        <translation>Звонки</translation>
+    </message>
+    <message>
+        <source>Money</source>
+        <translation>Деньги</translation>
+    </message>
+</context>
+<context>
+    <name>MainWindow</name>
+    <message>
+        <source>Normal</source>
+        <translation>Обычный</translation>
+    </message>
+    <message>
+        <source>Compact</source>
+        <translation>Компактный</translation>
+    </message>
+</context>
+<context>
+    <name>MyCalendar</name>
+    <message>
+        <source>Previous month</source>
+        <translation>Предыдущий месяц</translation>
+    </message>
+    <message>
+        <source>Reset to current date</source>
+        <translation>Вернуться к текущей дате</translation>
+    </message>
+    <message>
+        <source>Next month</source>
+        <translation>Следующий месяц</translation>
+    </message>
+</context>
+<context>
+    <name>ProductHelper</name>
+    <message>
+        <source>Donate</source>
+        <translation>Пожертвовать</translation>
+    </message>
+    <message>
+        <source>&lt;p&gt;If you fell like you are ready to support Quendel, please do!&lt;br/&gt;&lt;br/&gt;&lt;a href=&quot;%1&quot;&gt;%1&lt;/a&gt;&lt;/p&gt;</source>
+        <translation>&lt;p&gt;Если вы готовы поддержать Quendel, мы будем вам признательны.&lt;br/&gt;&lt;br/&gt;&lt;a href=&quot;%1&quot;&gt;%1&lt;/a&gt;&lt;/p&gt;</translation>
+    </message>
+</context>
+<context>
+    <name>StarterTask</name>
+    <message>
+        <source>Submit your ideas on features, any likes and dislikes</source>
+        <translation>Отправить свои пожелания и отзывы о программе</translation>
+    </message>
+    <message>
+        <source>Create a focus group</source>
+        <translation>Создать группу задач</translation>
+    </message>
+    <message>
+        <source>Right-click anywhere on the left panel and select &quot;Add group&quot; menu.</source>
+        <translation>Щёлкните правой кнопкой мыши в любом месте левой панели и выберите «Добавить группу».</translation>
+    </message>
+    <message>
+        <source>Support the team and development</source>
+        <translation>Поддержать разработчиков</translation>
+    </message>
+    <message>
+        <source>Visit %1 and make a donation to support the team if you like the software.</source>
+        <translation>Если программа вам нравится, посетите %1 и сделайте пожертвование в поддержку разработчиков.</translation>
+    </message>
+    <message>
+        <source>Have a coffee :)</source>
+        <translation>Выпить кофе :)</translation>
+    </message>
+</context>
+<context>
+    <name>StartupRefusal</name>
+    <message>
+        <source>%1</source>
+        <translation>%1</translation>
+    </message>
+    <message>
+        <source>&lt;p&gt;The task database was created with a newer version of %1 application.&lt;/p&gt;&lt;p&gt;Please visit &lt;a href=&quot;%2&quot;&gt;%3&lt;/a&gt; to upgrade your installation.&lt;/p&gt;</source>
+        <translation>&lt;p&gt;База данных задач создана более новой версией программы %1.&lt;/p&gt;&lt;p&gt;Чтобы обновить программу, посетите сайт &lt;a href=&quot;%2&quot;&gt;%3&lt;/a&gt;.&lt;/p&gt;</translation>
+    </message>
+    <message>
+        <source>&lt;p&gt;Task database failed to load for some reason. %1 can not continue to avoid further database corruption.&lt;/p&gt;&lt;p&gt;Please visit &lt;a href=&quot;%2&quot;&gt;%3&lt;/a&gt; and request help.&lt;/p&gt;</source>
+        <translation>&lt;p&gt;Не удалось загрузить базу данных задач. Чтобы не повредить её ещё больше, программа %1 завершит работу.&lt;/p&gt;&lt;p&gt;За помощью обратитесь на сайт &lt;a href=&quot;%2&quot;&gt;%3&lt;/a&gt;.&lt;/p&gt;</translation>
+    </message>
+</context>
+<context>
+    <name>TaskListWidget</name>
+    <message>
+        <source>Tasks</source>
+        <translation>Задачи</translation>
+    </message>
+</context>
+<context>
+    <name>TaskWidget</name>
+    <message>
+        <source>Notes</source>
+        <translation>Заметки</translation>
+    </message>
+    <message>
+        <source>Task name</source>
+        <translation>Название задачи</translation>
+    </message>
+    <message>
+        <source>&lt;Unnamed task&gt;</source>
+        <translation>&lt;Без названия&gt;</translation>
+    </message>
+    <message>
+        <source>Completed</source>
+        <translation>Завершённые</translation>
+    </message>
+</context>
+</TS>
