@@ -1,0 +1,271 @@
+#include "ui/controls/DateWidget.h"
+
+#include "app/base/Clock.h"
+#include "app/base/DayWatch.h"
+#include "app/base/ProgramSettings.h"
+#include "app/base/dynamic_singleton.h"
+#include "ui/controls/CalendarPopup.h"
+#include "ui/controls/StyleHelper.h"
+
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QScreen>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// Both ways without the system's locale: its digits could not be typed on every keyboard, and its
+// names of months would not always be read back.
+QString toText(const QDateTime& value)
+{
+    return value.date().toString(DateWidget::fixedDateFormat());
+}
+
+/// The first moment of the day: in some zones a few days have no midnight.
+QDateTime fromText(const QString& text)
+{
+    const QDate date = QDate::fromString(text, DateWidget::fixedDateFormat());
+    return date.isValid() ? date.startOfDay() : QDateTime();
+}
+
+/// "1.2.2013" as "01.02.2013"; other texts as they are.
+QString withPaddedNumbers(const QString& text)
+{
+    QStringList parts = text.split(u'.');
+    if (parts.size() != 3)
+        return text;
+    for (QString& part : parts) {
+        bool ok = false;
+        const int number = part.toInt(&ok);
+        if (!ok)
+            return text;
+        part = u"%1"_s.arg(number, 2, 10, QChar(u'0'));
+    }
+    return parts.join(u'.');
+}
+
+} // namespace
+
+DateWidget::DateWidget(const QDateTime& value, QWidget* parent)
+    : QWidget(parent)
+    , m_value(value)
+{
+    _createEdit();
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins({});
+    layout->addWidget(m_edit);
+    layout->addStretch(1);
+    setFocusProxy(m_edit);
+    connect(new DayWatch(this), &DayWatch::dayChanged, this, &DateWidget::_updateExample);
+    if (parent)
+        _followWindow();
+}
+
+DateWidget::~DateWidget()
+{
+    // It may lose the focus only after what listens to it here is gone.
+    m_edit->disconnect(this);
+}
+
+void DateWidget::_createEdit()
+{
+    m_edit = new HintedEditT<FancyLineEdit>(toText(m_value), tr("Due date"), this);
+    m_edit->setFrame(false);
+    m_edit->setTextMargins({});
+    m_edit->setBaseColor(fancy::color(fancy::RowEdited));
+    _updateExample();
+    connect(m_edit, &QLineEdit::textEdited, this, &DateWidget::_onTextEdited);
+    connect(m_edit, &QLineEdit::returnPressed, this, &DateWidget::_onReturn);
+    connect(m_edit, &FancyLineEdit::gotFocus, this, &DateWidget::_onEditGotFocus);
+}
+
+/// Tomorrow is what most tasks are due on.
+void DateWidget::_updateExample()
+{
+    m_edit->setStoredText(toText(Clock::today().addDays(1).startOfDay()));
+}
+
+QString DateWidget::fixedDateFormat()
+{
+    QString format = dynamic_singleton<ProgramSettings>::inst().dateFormat;
+    if (!format.contains("yyyy"_L1))
+        format.replace("yy"_L1, "yyyy"_L1, Qt::CaseInsensitive);
+    return format;
+}
+
+void DateWidget::setValue(const QDateTime& value)
+{
+    m_edit->setUserText(toText(value));
+    if (!m_edit->isHintShown())
+        m_edit->selectAll();
+    if (m_popup && value.isValid())
+        m_popup->setDateTime(value);
+    _changeValue(value);
+}
+
+QDateTime DateWidget::getValue() const
+{
+    return fromText(m_edit->userText());
+}
+
+void DateWidget::_changeValue(const QDateTime& value)
+{
+    m_value = value;
+    Q_EMIT valueChanged(value);
+}
+
+void DateWidget::_onTextEdited(const QString& text)
+{
+    m_edit->leaveHint();
+    const QString typed = text.trimmed();
+    if (typed.isEmpty()) {
+        if (m_popup)
+            m_popup->setDateTime(Clock::now());
+        _changeValue({});
+        return;
+    }
+    const QDateTime value = fromText(withPaddedNumbers(typed));
+    if (!value.isValid())
+        return;
+    if (m_popup)
+        m_popup->setDateTime(value);
+    _changeValue(value);
+}
+
+void DateWidget::_onReturn()
+{
+    // Accepted as it stands there: it would not be the value otherwise.
+    const bool acceptsExample = m_edit->isExampleShown();
+    m_edit->leaveHint();
+    if (acceptsExample)
+        setValue(getValue());
+    else if (m_value.isValid())
+        m_edit->setUserText(toText(m_value));
+    m_edit->selectAll();
+}
+
+void DateWidget::_onEditGotFocus(bool focused)
+{
+    if (focused)
+        showCalendarPopup(true);
+}
+
+void DateWidget::_onCalendarDateChanged(const QDateTime& dateTime)
+{
+    setValue(dateTime);
+}
+
+void DateWidget::_onParentWindowMoved()
+{
+    if (m_popup && m_popup->isVisible())
+        placePopup();
+}
+
+void DateWidget::showCalendarPopup(bool show)
+{
+    if (!show) {
+        if (m_popup) {
+            m_popup->hide();
+            std::exchange(m_popup, nullptr)->deleteLater();
+        }
+        return;
+    }
+    if (!m_popup) {
+        m_popup = new CalendarPopup(this);
+        const QDateTime value = getValue();
+        m_popup->setDateTime(value.isValid() ? value : Clock::now());
+        connect(m_popup, &CalendarPopup::dateTimeChanged, this,
+                &DateWidget::_onCalendarDateChanged);
+    }
+    _followWindow();
+    m_aside = false;
+    placePopup();
+}
+
+void DateWidget::placePopup()
+{
+    if (!m_popup || m_aside)
+        return;
+    if (visibleRegion().isEmpty()) {
+        m_popup->hide();
+        return;
+    }
+    m_popup->move(_popupPlace());
+    m_popup->show();
+}
+
+/// Centred below the edit; where that would leave the screen, above it and moved inwards.
+QPoint DateWidget::_popupPlace() const
+{
+    const QPoint anchor = mapToGlobal(QPoint(m_edit->x() + m_edit->width() / 2, height()));
+    const QSize size = m_popup->sizeHint();
+    QPoint place(anchor.x() - size.width() / 2, anchor.y());
+
+    const QScreen* under = QGuiApplication::screenAt(anchor);
+    const QRect area = (under ? under : screen())->availableGeometry();
+    const int above = anchor.y() - height() - size.height();
+    if (place.y() + size.height() > area.bottom() + 1 && above >= area.top())
+        place.setY(above);
+    place.setX(qMax(area.left(), qMin(place.x(), area.right() + 1 - size.width())));
+    place.setY(qMax(area.top(), qMin(place.y(), area.bottom() + 1 - size.height())));
+    return place;
+}
+
+/// Controls know no windows: one that moves tells so by a signal of this name.
+void DateWidget::_followWindow()
+{
+    const QWidget* top = window();
+    if (top->metaObject()->indexOfSignal("widgetMoved()") >= 0)
+        connect(top, SIGNAL(widgetMoved()), this, SLOT(_onParentWindowMoved()),
+                Qt::UniqueConnection);
+}
+
+void DateWidget::_stepAside()
+{
+    if (!m_popup)
+        return;
+    m_aside = true;
+    m_popup->hide();
+}
+
+bool DateWidget::event(QEvent* event)
+{
+    if (event->type() == QEvent::WindowDeactivate && QApplication::activeWindow() != m_popup)
+        _stepAside();
+    return QWidget::event(event);
+}
+
+void DateWidget::hideEvent(QHideEvent* event)
+{
+    QWidget::hideEvent(event);
+    // A window manager minimises the popup along with its window; shown again in that state it
+    // would take the window with it.
+    showCalendarPopup(false);
+}
+
+void DateWidget::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    // A window that comes back may get its focus before its contents.
+    _onEditGotFocus(m_edit->hasFocus());
+}
+
+void DateWidget::moveEvent(QMoveEvent* event)
+{
+    QWidget::moveEvent(event);
+    placePopup();
+}
+
+void DateWidget::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    placePopup();
+}
+
+void DateWidget::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::LanguageChange)
+        m_edit->setHintText(tr("Due date"));
+}

@@ -1,0 +1,324 @@
+// Editors that show a grey hint as long as they are empty and elsewhere has the focus.
+#pragma once
+
+#include <QApplication>
+#include <QDropEvent>
+#include <QInputMethodEvent>
+#include <QMimeData>
+#include <QPalette>
+#include <QScopedValueRollback>
+#include <QTextDocument>
+#include <QTextEdit>
+
+#include <type_traits>
+#include <utility>
+
+/// An editor, QTextEdit or QLineEdit or derived from one, with a hint. While the hint is shown it
+/// stands in the editor as its text: readers ask userText(), writers call setUserText().
+/// The editor can have an example ("stored text"): focus-in shows it in place of the hint, and
+/// focus-out takes it away again unless it was edited or accepted by leaveHint().
+template <typename Editor>
+class HintedEditT : public Editor
+{
+public:
+    HintedEditT(const QString& text, const QString& hintText, QWidget* parent = nullptr);
+
+    [[nodiscard]] bool isHintShown() const { return m_hintShown; }
+    /// Whether the example stands there, neither edited nor accepted.
+    [[nodiscard]] bool isExampleShown() const { return m_exampleShown; }
+
+    /// What the user wrote, or the example; empty while the hint is shown.
+    [[nodiscard]] QString userText() const { return m_hintShown ? QString() : _text(); }
+    /// Puts a text in, as if the user had written it; an empty one brings the hint back, unless
+    /// the editor has the focus. A text that stands there already keeps cursor and undo history.
+    void setUserText(const QString& text);
+
+    /// A hint being shown is replaced. The hint is the accessible name, too.
+    void setHintText(const QString& hintText);
+    /// Sets the example; one being shown is replaced.
+    void setStoredText(const QString& text);
+
+    /// Takes a shown hint away, leaving the editor empty; makes a shown example the user's text.
+    void leaveHint();
+
+    /// A fixed background, and a text colour that can be read on it under any theme.
+    void setBaseColor(const QColor& color);
+
+protected:
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+    void inputMethodEvent(QInputMethodEvent* event) override;
+
+private:
+    static constexpr bool isTextEdit = std::is_base_of_v<QTextEdit, Editor>;
+
+    void _showHintText();
+    void _onTextChanged();
+    void _acceptExample();
+    void _forgetHistory();
+    void _makeRoom();
+    void _replaceText(const QString& text);
+    [[nodiscard]] bool _losesFocusToOwnTool(const QFocusEvent* event) const;
+    [[nodiscard]] bool _isEmpty() const;
+    [[nodiscard]] QString _text() const;
+    [[nodiscard]] static QString _withLineFeeds(QString text);
+
+    QPalette m_normalPalette;
+    QPalette m_hintPalette;
+    QString m_hintText;
+    QString m_storedText;
+    bool m_hintShown = false;
+    bool m_exampleShown = false;
+    bool m_replacing = false;
+    bool m_composing = false;
+    bool m_historyHasExample = false;
+};
+
+template <typename Editor>
+HintedEditT<Editor>::HintedEditT(const QString& text, const QString& hintText, QWidget* parent)
+    : Editor(parent)
+    , m_normalPalette(this->palette())
+    , m_hintPalette(m_normalPalette)
+    , m_hintText(hintText)
+{
+    m_hintPalette.setColor(QPalette::Text, Qt::gray);
+    this->setAccessibleName(hintText);
+    QObject::connect(this, &Editor::textChanged, this, [this] { _onTextChanged(); });
+    if (!text.isEmpty())
+        _replaceText(text);
+    _showHintText();
+}
+
+template <typename Editor>
+void HintedEditT<Editor>::setUserText(const QString& text)
+{
+    if (m_hintShown && text.isEmpty())
+        return;
+    const bool hadHint = std::exchange(m_hintShown, false);
+    if (hadHint)
+        this->setPalette(m_normalPalette);
+    _acceptExample();
+    if (hadHint || _withLineFeeds(text) != _text())
+        _replaceText(text);
+    if (text.isEmpty() && !this->hasFocus())
+        _showHintText();
+}
+
+template <typename Editor>
+void HintedEditT<Editor>::setHintText(const QString& hintText)
+{
+    this->setAccessibleName(hintText);
+    m_hintText = hintText;
+    if (!m_hintShown) {
+        if (_isEmpty() && !this->hasFocus())
+            _showHintText();
+    } else if (hintText.isEmpty()) {
+        leaveHint();
+    } else {
+        _replaceText(hintText);
+    }
+}
+
+template <typename Editor>
+void HintedEditT<Editor>::setStoredText(const QString& text)
+{
+    m_storedText = text;
+    if (!m_exampleShown)
+        return;
+    m_exampleShown = !text.isEmpty();
+    _replaceText(text);
+    this->selectAll();
+}
+
+template <typename Editor>
+void HintedEditT<Editor>::leaveHint()
+{
+    if (m_hintShown) {
+        m_hintShown = false;
+        this->setPalette(m_normalPalette);
+        _replaceText({});
+    }
+    _acceptExample();
+}
+
+template <typename Editor>
+void HintedEditT<Editor>::setBaseColor(const QColor& color)
+{
+    m_normalPalette.setColor(QPalette::Base, color);
+    m_hintPalette.setColor(QPalette::Base, color);
+    const QColor text = color.lightness() < 128 ? Qt::white : Qt::black;
+    m_normalPalette.setColor(QPalette::Active, QPalette::Text, text);
+    m_normalPalette.setColor(QPalette::Inactive, QPalette::Text, text);
+    this->setPalette(m_hintShown ? m_hintPalette : m_normalPalette);
+}
+
+template <typename Editor>
+void HintedEditT<Editor>::focusInEvent(QFocusEvent* event)
+{
+    if (m_hintShown) {
+        m_hintShown = false;
+        m_exampleShown = !m_storedText.isEmpty();
+        this->setPalette(m_normalPalette);
+        _replaceText(m_storedText);
+        // However the focus came: typing takes the example's place.
+        this->selectAll();
+    }
+    Editor::focusInEvent(event);
+}
+
+template <typename Editor>
+void HintedEditT<Editor>::focusOutEvent(QFocusEvent* event)
+{
+    // A context menu only borrows the focus: its commands are meant for what stands here.
+    if (event->reason() != Qt::PopupFocusReason && !_losesFocusToOwnTool(event))
+        _showHintText();
+    Editor::focusOutEvent(event);
+}
+
+/// Whether a tool window that belongs to this editor has been activated: the one editing is still
+/// at it.
+template <typename Editor>
+bool HintedEditT<Editor>::_losesFocusToOwnTool(const QFocusEvent* event) const
+{
+    const QWidget* active = QApplication::activeWindow();
+    return event->reason() == Qt::ActiveWindowFocusReason && active &&
+           active->windowType() == Qt::Tool && active->parentWidget() &&
+           active->parentWidget()->isAncestorOf(this);
+}
+
+template <typename Editor>
+void HintedEditT<Editor>::dropEvent(QDropEvent* event)
+{
+    // A drop needs no focus.
+    if (event->mimeData()->hasText())
+        _makeRoom();
+    Editor::dropEvent(event);
+    if (_isEmpty() && !this->hasFocus())
+        _showHintText();
+}
+
+template <typename Editor>
+void HintedEditT<Editor>::inputMethodEvent(QInputMethodEvent* event)
+{
+    if (m_hintShown && !(event->commitString().isEmpty() && event->preeditString().isEmpty()))
+        leaveHint();
+    m_composing = !event->preeditString().isEmpty();
+    Editor::inputMethodEvent(event);
+    _forgetHistory();
+}
+
+template <typename Editor>
+void HintedEditT<Editor>::_showHintText()
+{
+    if (m_hintShown || m_hintText.isEmpty() || !(_isEmpty() || m_exampleShown))
+        return;
+    // Before the text: whoever hears of the change must not take the hint for the user's words.
+    m_hintShown = true;
+    m_exampleShown = false;
+    this->setPalette(m_hintPalette);
+    _replaceText(m_hintText);
+}
+
+/// An edit, or a text put in past setUserText().
+template <typename Editor>
+void HintedEditT<Editor>::_onTextChanged()
+{
+    if (m_replacing || (m_hintShown && _text() == m_hintText))
+        return;
+    if (m_hintShown) {
+        m_hintShown = false;
+        this->setPalette(m_normalPalette);
+    }
+    _acceptExample();
+    if (_isEmpty() && !this->hasFocus())
+        _showHintText();
+}
+
+template <typename Editor>
+void HintedEditT<Editor>::_acceptExample()
+{
+    if (!m_exampleShown)
+        return;
+    m_exampleShown = false;
+    m_historyHasExample = true;
+    _forgetHistory();
+}
+
+/// Undo must not bring the example back as something the user wrote.
+template <typename Editor>
+void HintedEditT<Editor>::_forgetHistory()
+{
+    // Clearing the history would cut off what an input method is about to compose.
+    if (!m_historyHasExample || m_composing)
+        return;
+    m_historyHasExample = false;
+    if constexpr (isTextEdit) {
+        this->document()->clearUndoRedoStacks();
+    } else {
+        const int cursor = this->cursorPosition();
+        this->setText(this->text());
+        this->setCursorPosition(cursor);
+    }
+}
+
+/// Clears away whatever is not the user's.
+template <typename Editor>
+void HintedEditT<Editor>::_makeRoom()
+{
+    if (m_exampleShown) {
+        m_exampleShown = false;
+        _replaceText({});
+    }
+    leaveHint();
+}
+
+/// Also clears the undo history.
+template <typename Editor>
+void HintedEditT<Editor>::_replaceText(const QString& text)
+{
+    const QScopedValueRollback replacing(m_replacing, true);
+    if constexpr (isTextEdit) {
+        const int position = this->hasFocus() ? this->textCursor().position() : 0;
+        this->setPlainText(text);
+        QTextCursor cursor = this->textCursor();
+        cursor.setPosition(qMin(position, this->document()->characterCount() - 1));
+        this->setTextCursor(cursor);
+    } else {
+        const int position = this->cursorPosition();
+        this->setText(text);
+        // Without the focus it shows the beginning.
+        this->setCursorPosition(this->hasFocus() ? qMin(position, int(text.size())) : 0);
+    }
+}
+
+template <typename Editor>
+bool HintedEditT<Editor>::_isEmpty() const
+{
+    if constexpr (isTextEdit)
+        return this->document()->isEmpty();
+    else
+        return this->text().isEmpty();
+}
+
+template <typename Editor>
+QString HintedEditT<Editor>::_text() const
+{
+    // Not toPlainText(): it turns no-break spaces into blanks.
+    if constexpr (isTextEdit)
+        return _withLineFeeds(this->document()->toRawText());
+    else
+        return this->text();
+}
+
+/// A text as its user text reads once it is in the editor.
+template <typename Editor>
+QString HintedEditT<Editor>::_withLineFeeds(QString text)
+{
+    if constexpr (isTextEdit) {
+        text.replace(QLatin1StringView("\r\n"), QLatin1StringView("\n"));
+        for (const char16_t separator : {u'\r', u'\u2028', u'\u2029'})
+            text.replace(QChar(separator), QChar(u'\n'));
+    }
+    return text;
+}
