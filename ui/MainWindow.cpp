@@ -11,7 +11,6 @@
 #include "ui/icons/PictureIcon.h"
 
 #include <QHBoxLayout>
-#include <QKeyEvent>
 #include <QScreen>
 #include <QVBoxLayout>
 
@@ -24,13 +23,13 @@ constexpr QSize smallestSize(320, 200);
 } // namespace
 
 MainWindow::MainWindow(QWidget* parent)
-    : QDialog(parent, Qt::Window | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
-                          Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint |
-                          Qt::CustomizeWindowHint | Qt::WindowCloseButtonHint)
+    : LocalizedDialog(parent, Qt::Window | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                                  Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint |
+                                  Qt::CustomizeWindowHint | Qt::WindowCloseButtonHint)
 {
-    setWindowTitle(ProductHelper::productDisplayName());
     _createLayout();
     _connectActions();
+    MainWindow::retranslateUI();
     _restoreGeometry();
     _setView(m_compact);
     m_taskList->setFocus(Qt::OtherFocusReason);
@@ -90,6 +89,13 @@ void MainWindow::show()
     setVisible(true);
 }
 
+/// The view toggle gets back its neutral text, until the view is switched again.
+void MainWindow::retranslateUI()
+{
+    setWindowTitle(ProductHelper::productDisplayName());
+    dynamic_singleton<ActionsHelper>::inst().retranslateUI();
+}
+
 void MainWindow::_onNewTask()
 {
     m_taskList->newTask();
@@ -143,29 +149,13 @@ void MainWindow::_onGroupChanged(const FocusGroup::Id& id)
 
 void MainWindow::moveEvent(QMoveEvent* event)
 {
-    QDialog::moveEvent(event);
+    LocalizedDialog::moveEvent(event);
     Q_EMIT widgetMoved();
 }
 
 void MainWindow::showEvent(QShowEvent* event)
 {
-    QDialog::showEvent(event);
+    LocalizedDialog::showEvent(event);
     raise();
     activateWindow();
-}
-
-void MainWindow::changeEvent(QEvent* event)
-{
-    if (event->type() == QEvent::LanguageChange)
-        dynamic_singleton<ActionsHelper>::inst().retranslateUI();
-    QDialog::changeEvent(event);
-}
-
-void MainWindow::keyPressEvent(QKeyEvent* event)
-{
-    // A dialog would close itself on Escape.
-    if (event->key() == Qt::Key_Escape)
-        event->ignore();
-    else
-        QDialog::keyPressEvent(event);
 }

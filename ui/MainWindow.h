@@ -1,9 +1,8 @@
 // The program's one window.
 #pragma once
 
+#include "app/language/LocalizedDialog.h"
 #include "taskdb/FocusGroup.h"
-
-#include <QDialog>
 
 class FancySplitter;
 class FocusGroupListWidget;
@@ -11,7 +10,7 @@ class TaskListWidget;
 
 /// The group panel on the left and, on the right, the task list above its toolbar. Closing only
 /// hides it.
-class MainWindow : public QDialog
+class MainWindow : public LocalizedDialog
 {
     Q_OBJECT
 
@@ -19,6 +18,7 @@ public:
     explicit MainWindow(QWidget* parent = nullptr);
 
     void show();
+    void retranslateUI() override;
 
     [[nodiscard]] TaskListWidget* taskList() const { return m_taskList; }
     [[nodiscard]] FocusGroupListWidget* groupList() const { return m_groupList; }
@@ -30,8 +30,6 @@ Q_SIGNALS:
 protected:
     void moveEvent(QMoveEvent* event) override;
     void showEvent(QShowEvent* event) override;
-    void changeEvent(QEvent* event) override;
-    void keyPressEvent(QKeyEvent* event) override;
 
 private Q_SLOTS:
     void _onNewTask();

@@ -1,15 +1,28 @@
 #include "ui/TaskListWidget.h"
 
+#include "app/base/DayWatch.h"
 #include "app/base/dynamic_singleton.h"
 #include "app/core/TaskCore.h"
 #include "ui/ActionsHelper.h"
+#include "ui/DragHelper.h"
+#include "ui/GroupHintWidget.h"
+#include "ui/StarterTask.h"
+#include "ui/TaskDrag.h"
+#include "ui/TaskListAccessible.h"
 #include "ui/TaskWidget.h"
+#include "ui/icons/IconsHelper.h"
 
+#include <QApplication>
+#include <QDrag>
 #include <QKeyEvent>
+#include <QMimeData>
 #include <QMouseEvent>
+#include <QPointer>
 #include <QScrollBar>
 
-#include <utility>
+#include <boost/make_shared.hpp>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -18,23 +31,28 @@ bool extends(const QInputEvent* event)
     return (event->modifiers() & (Qt::ShiftModifier | Qt::ControlModifier)) != 0;
 }
 
+bool isArchive(const FocusGroup::Id& id)
+{
+    return id == TaskStorage::ms_trashId || id == TaskStorage::ms_completedId;
+}
+
 } // namespace
 
 TaskListWidget::TaskListWidget(const FocusGroup::Id& groupId, QWidget* parent)
-    : ScrollPanel(parent)
+    : TaskRowPanel(parent)
     , m_groupId(groupId)
-    , m_body(new QWidget)
+    , m_background(u":/image/backgroundpattern"_s)
 {
-    setAccessibleName(tr("Tasks"));
-    setWidget(m_body);
-    // After setWidget(), which turns it on.
-    m_body->setAutoFillBackground(false);
-
+    installTaskListAccessible();
+    setAcceptDrops(true);
     connect(&taskStorage(), &TaskStorage::taskChanged, this, &TaskListWidget::_onTaskChanged);
     connect(&taskStorage(), &TaskStorage::groupChanged, this, &TaskListWidget::_onGroupChanged);
-    m_group = taskStorage().getGroup(groupId);
+    connect(new DayWatch(this), &DayWatch::dayChanged, this, &TaskListWidget::_repaintRows);
+    _retranslate();
     _measureRows();
+    m_group = taskStorage().getGroup(groupId);
     _loadTasks();
+    _showHint();
 }
 
 TaskListWidget::~TaskListWidget()
@@ -51,7 +69,9 @@ void TaskListWidget::setGroup(const FocusGroup::Id& id)
     _clear();
     m_groupId = id;
     m_group = taskStorage().getGroup(id);
+    delete std::exchange(m_hint, nullptr);
     _loadTasks();
+    _showHint();
     verticalScrollBar()->setValue(0);
 }
 
@@ -60,18 +80,67 @@ void TaskListWidget::refresh()
     if (m_groupId.isNull())
         return;
     const int vertical = verticalScrollBar()->value();
+    const int horizontal = horizontalScrollBar()->value();
     const FocusGroup::Id id = m_groupId;
     _stopEditing(m_edited, false);
     _clear();
     m_groupId = id;
     m_group = taskStorage().getGroup(id);
     _loadTasks();
+    _showHint();
     verticalScrollBar()->setValue(vertical);
+    horizontalScrollBar()->setValue(horizontal);
 }
 
 void TaskListWidget::updateGroup()
 {
     m_group = taskStorage().getGroup(m_groupId);
+    if (m_hint)
+        m_hint->updateIcon(_groupIcon());
+}
+
+QIcon TaskListWidget::_groupIcon() const
+{
+    return dynamic_singleton<IconsHelper>::inst().groupIcon(m_groupId, m_group.iconName(),
+                                                            m_group.tasks().isEmpty());
+}
+
+/// An empty group shows its hint, any other none.
+void TaskListWidget::_showHint()
+{
+    if (!m_group.tasks().isEmpty()) {
+        if (m_hint) {
+            m_hint->hide();
+            m_hint->deleteLater();
+            m_hint = nullptr;
+            _setFiller(nullptr);
+        }
+        return;
+    }
+    if (m_hint)
+        return;
+    m_hint = new GroupHintWidget(_groupIcon(), GroupHintWidget::hintForGroup(m_groupId), _body());
+    connect(m_hint, &GroupHintWidget::headStart, this, &TaskListWidget::_onHeadStart);
+    _setFiller(m_hint);
+}
+
+void TaskListWidget::_retranslate()
+{
+    setAccessibleName(tr("Tasks"));
+    if (m_hint)
+        m_hint->setText(GroupHintWidget::hintForGroup(m_groupId));
+}
+
+TaskWidget* TaskListWidget::_createRow(QWidget* parent)
+{
+    return new TaskWidget({}, this, parent);
+}
+
+/// Rows have come, gone or changed places.
+void TaskListWidget::_rowsChanged()
+{
+    _layoutRows();
+    announceRows(this);
 }
 
 void TaskListWidget::_clear()
@@ -81,7 +150,7 @@ void TaskListWidget::_clear()
     m_rows.clear();
     m_current = -1;
     m_edited = nullptr;
-    _layoutRows();
+    _rowsChanged();
     _selectionChanged();
 }
 
@@ -90,7 +159,7 @@ void TaskListWidget::_loadTasks()
     if (m_groupId.isNull())
         return;
     m_rows.assign(m_group.tasks().toList());
-    _layoutRows();
+    _rowsChanged();
     _selectionChanged();
 }
 
@@ -99,9 +168,29 @@ void TaskListWidget::_addTask(const TodoTask::Id& id, bool edit)
     if (id.isNull())
         return;
     m_rows.append(id);
-    _layoutRows();
+    _rowsChanged();
     if (edit)
         _startEditing(m_rows.count() - 1);
+}
+
+/// Fills the Inbox with tasks that show a new user around.
+void TaskListWidget::_onHeadStart(const QString& /*target*/)
+{
+    if (m_groupId != TaskStorage::ms_inboxId)
+        return;
+    for (const StarterTask& task : StarterTask::all())
+        _createTaskHelper(task.name, task.notes);
+    _showHint();
+}
+
+void TaskListWidget::_createTaskHelper(const QString& name, const QString& notes)
+{
+    const TodoTask::Id id = taskStorage().createTask(m_groupId);
+    TodoTask task = taskStorage().get(id);
+    m_group._add(id);
+    task.rename(name);
+    task.setNotes(notes);
+    _addTask(id, false);
 }
 
 void TaskListWidget::newTask()
@@ -111,6 +200,7 @@ void TaskListWidget::newTask()
     _startEditing(-1);
     const TodoTask::Id id = taskStorage().createTask(m_groupId);
     m_group._add(id);
+    _showHint();
     _addTask(id, true);
     m_rows.setNew(m_rows.count() - 1, true);
     _makeVisible(m_rows.count() - 1);
@@ -118,8 +208,13 @@ void TaskListWidget::newTask()
 
 void TaskListWidget::editTask()
 {
-    if (m_rows.isValid(m_current))
-        _startEditing(m_current);
+    editRow(m_current);
+}
+
+void TaskListWidget::editRow(qsizetype row)
+{
+    if (m_rows.isValid(row))
+        _startEditing(row);
 }
 
 void TaskListWidget::cleanup()
@@ -141,8 +236,9 @@ void TaskListWidget::cleanup()
         return true;
     });
     m_current = currentId.isNull() ? -1 : m_rows.indexOf(currentId);
-    _layoutRows();
+    _rowsChanged();
     _selectionChanged();
+    _showHint();
 }
 
 void TaskListWidget::deleteTasks()
@@ -155,7 +251,8 @@ void TaskListWidget::deleteTasks()
     }
     m_rows.removeIf([this](qsizetype row) { return m_rows.isSelected(row); });
     _clearSelection();
-    _layoutRows();
+    _rowsChanged();
+    _showHint();
 }
 
 void TaskListWidget::_startEditing(qsizetype row)
@@ -175,7 +272,7 @@ void TaskListWidget::_startEditing(qsizetype row)
     _selectOnly(row);
     // The edited row has a widget wherever it lies.
     m_rows.setEdited(row, m_rows.height(row));
-    _syncRows();
+    _layoutRows();
     m_edited = rowWidget(row);
     m_edited->setEditing(true, false, false);
     m_rows.setEdited(row, m_edited->faceHeight());
@@ -202,9 +299,26 @@ void TaskListWidget::_stopEditing(TaskWidget* row, bool byReturn)
             m_rows.removeAt(index);
         }
     }
-    _layoutRows();
+    _rowsChanged();
+    _showHint();
     if (hadFocus)
         setFocus(Qt::OtherFocusReason);
+}
+
+void TaskListWidget::_rowHeightChanged(TaskWidget* row)
+{
+    if (row != m_edited)
+        return;
+    m_rows.setEdited(m_rows.edited(), row->faceHeight());
+    _layoutRows();
+}
+
+void TaskListWidget::_showPartOfRow(TaskWidget* row, const QRect& part)
+{
+    if (row != m_edited)
+        return;
+    const qint64 top = m_rows.top(m_rows.edited()) + part.top();
+    _scrollTo(top - TaskRows::margin, top + part.height() + TaskRows::margin);
 }
 
 void TaskListWidget::_addToSelection(qsizetype row)
@@ -242,8 +356,7 @@ void TaskListWidget::_clearSelection()
 
 void TaskListWidget::_selectionChanged()
 {
-    for (const LiveRow& live : std::as_const(m_live))
-        live.widget->setSelected(m_rows.isValid(live.row) && m_rows.isSelected(live.row));
+    _showSelection();
     dynamic_singleton<ActionsHelper>::inst().editTask()->setEnabled(m_current >= 0);
 }
 
@@ -264,39 +377,21 @@ void TaskListWidget::_selectNeighbour(qsizetype row, bool extend)
     _makeVisible(row);
 }
 
-qsizetype TaskListWidget::_findWidgetByPos(const QPoint& point) const
-{
-    if (point.x() < TaskRows::margin || point.x() >= viewport()->width() - TaskRows::margin)
-        return -1;
-    const int height = viewport()->height();
-    return m_rows.rowAt(m_rows.toLogical(verticalScrollBar()->value(), height) + point.y());
-}
-
-void TaskListWidget::_makeVisible(qsizetype row)
-{
-    const int height = viewport()->height();
-    QScrollBar* bar = verticalScrollBar();
-    const qint64 shown = m_rows.toLogical(bar->value(), height);
-    const qint64 top = m_rows.top(row) - TaskRows::margin;
-    const qint64 bottom = m_rows.top(row) + m_rows.height(row) + TaskRows::margin;
-    if (top < shown)
-        bar->setValue(m_rows.toScroll(top, height));
-    else if (bottom > shown + height)
-        bar->setValue(m_rows.toScroll(bottom - height, height));
-}
-
 void TaskListWidget::mousePressEvent(QMouseEvent* event)
 {
     if (event->button() != Qt::LeftButton) {
         event->ignore();
         return;
     }
-    const qsizetype pressed = _findWidgetByPos(event->position().toPoint());
+    m_pressPoint = event->position().toPoint();
+    m_mayDrag = m_edited == nullptr;
+    const qsizetype pressed = rowAt(m_pressPoint);
     const TodoTask::Id id = pressed >= 0 ? m_rows.idAt(pressed) : TodoTask::Id();
     _startEditing(-1);
     // Ending the edit may have taken a row away.
     const qsizetype row =
         m_rows.isValid(pressed) && m_rows.idAt(pressed) == id ? pressed : m_rows.indexOf(id);
+    _holdRow(row);
     if (!extends(event) && (row < 0 || !m_rows.isSelected(row)))
         _clearSelection();
     if (row < 0)
@@ -313,7 +408,9 @@ void TaskListWidget::mouseReleaseEvent(QMouseEvent* event)
         event->ignore();
         return;
     }
-    const qsizetype row = _findWidgetByPos(event->position().toPoint());
+    m_mayDrag = false;
+    _holdRow(-1);
+    const qsizetype row = rowAt(event->position().toPoint());
     if (!extends(event) && row >= 0)
         _selectOnly(row);
 }
@@ -325,7 +422,7 @@ void TaskListWidget::mouseDoubleClickEvent(QMouseEvent* event)
         return;
     }
     _clearSelection();
-    const qsizetype row = _findWidgetByPos(event->position().toPoint());
+    const qsizetype row = rowAt(event->position().toPoint());
     if (row < 0)
         newTask();
     else
@@ -349,13 +446,7 @@ void TaskListWidget::keyPressEvent(QKeyEvent* event)
             _selectNeighbour((m_current < 0 ? m_rows.count() : m_current) - 1, shift);
         break;
     case Qt::Key_Return:
-        if (!m_edited && !m_endedByReturn && m_rows.isValid(m_current)) {
-            if (shift)
-                newTask();
-            else
-                _startEditing(m_current);
-        }
-        m_endedByReturn = false;
+        _onReturn(shift);
         break;
     case Qt::Key_Enter:
         // It ends editing in the name field as Return does, but starts nothing here.
@@ -377,12 +468,24 @@ void TaskListWidget::keyPressEvent(QKeyEvent* event)
     }
 }
 
+void TaskListWidget::_onReturn(bool shift)
+{
+    // The Return that ended an edit comes by here as well.
+    const bool endedByThis = std::exchange(m_endedByReturn, false);
+    if (m_edited || endedByThis || !m_rows.isValid(m_current))
+        return;
+    if (shift)
+        newTask();
+    else
+        _startEditing(m_current);
+}
+
 void TaskListWidget::_onTaskChanged(const TodoTask::Id& id)
 {
-    for (const LiveRow& live : std::as_const(m_live)) {
-        if (live.widget->taskId() == id)
-            live.widget->reload();
-    }
+    const qsizetype row = _reloadRow(id);
+    // What is typed in the form tells of itself.
+    if (row != m_rows.edited())
+        announceRow(this, row);
 }
 
 void TaskListWidget::_onGroupChanged(const FocusGroup::Id& id)
@@ -410,123 +513,145 @@ void TaskListWidget::_followStore()
         m_edited = nullptr;
     }
     m_current = current.isNull() ? -1 : m_rows.indexOf(current);
-    _layoutRows();
+    _rowsChanged();
     _selectionChanged();
+    _showHint();
 }
 
-void TaskListWidget::_layoutRows()
+bool TaskListWidget::_isDragStart(const QMouseEvent* event) const
 {
-    const int height = m_rows.bodyHeight();
-    m_body->setMinimumHeight(height);
-    // At once, so that the scroll range is right for whoever scrolls next.
-    m_body->resize(viewport()->width(), qMax(height, viewport()->height()));
-    _syncRows();
+    if (!(event->buttons() & Qt::LeftButton) || !m_mayDrag || m_dragging ||
+        m_rows.selectedCount() == 0)
+        return false;
+    const QPoint way = event->position().toPoint() - m_pressPoint;
+    return way.manhattanLength() >= QApplication::startDragDistance();
 }
 
-/// Gives every row in view a widget and takes the others back.
-void TaskListWidget::_syncRows()
+void TaskListWidget::mouseMoveEvent(QMouseEvent* event)
 {
-    const int height = viewport()->height();
-    const qint64 top = m_rows.toLogical(verticalScrollBar()->value(), height);
-    const TaskRows::Range range = m_rows.visible(top, height);
+    if (_isDragStart(event))
+        _startDrag(event->modifiers());
+}
 
-    QList<LiveRow> old = std::exchange(m_live, {});
-    QList<LiveRow> wanted;
-    for (qsizetype row = range.first; row <= range.last; ++row)
-        wanted.append({row, nullptr});
-    const qsizetype edited = m_rows.edited();
-    if (m_rows.isValid(edited) && (edited < range.first || edited > range.last))
-        wanted.append({edited, nullptr});
-
-    QHash<TodoTask::Id, TaskWidget*> known;
-    for (const LiveRow& live : std::as_const(old))
-        known.insert(live.widget->taskId(), live.widget);
-    for (LiveRow& live : wanted)
-        live.widget = known.take(m_rows.idAt(live.row));
-    for (TaskWidget* widget : std::as_const(known)) {
-        // A row that the mouse holds on to must not become another one.
-        const qsizetype row = widget->isPressed() ? m_rows.indexOf(widget->taskId()) : -1;
-        if (row >= 0) {
-            wanted.append({row, widget});
-        } else {
-            widget->hide();
-            m_spare.append(widget);
-        }
+boost::shared_ptr<DragGroup> TaskListWidget::_makeDrag(QList<TodoTask>& tasks) const
+{
+    const auto drag = boost::make_shared<DragGroup>(DragGroup::TasksDrag);
+    for (qsizetype row = 0; row < m_rows.count(); ++row) {
+        if (!m_rows.isSelected(row))
+            continue;
+        drag->addTask(m_groupId, m_rows.idAt(row));
+        tasks += taskStorage().get(m_rows.idAt(row));
     }
-    for (LiveRow& live : wanted) {
-        if (!live.widget)
-            live.widget = _takeWidget(m_rows.idAt(live.row));
+    return drag;
+}
+
+QPixmap TaskListWidget::_dragPicture()
+{
+    qsizetype row = -1;
+    const auto next = [this, &row](qsizetype /*number*/) {
+        do
+            ++row;
+        while (!m_rows.isSelected(row));
+        return _detachedRow(row);
+    };
+    return taskdrag::picture(m_rows.selectedCount(), next, devicePixelRatio());
+}
+
+void TaskListWidget::_startDrag(Qt::KeyboardModifiers keys)
+{
+    QList<TodoTask> tasks;
+    const boost::shared_ptr<DragGroup> group = _makeDrag(tasks);
+    group->setCopy((keys & Qt::ControlModifier) != 0 && !isArchive(m_groupId));
+    auto& registry = dynamic_singleton<DragHelper>::inst();
+    const int id = registry.startDrag(group);
+
+    auto* drag = new QDrag(this);
+    drag->setMimeData(taskdrag::mimeData(id, tasks));
+    drag->setPixmap(_dragPicture());
+    const qsizetype pressed = rowAt(m_pressPoint);
+    if (pressed >= 0)
+        drag->setHotSpot(m_pressPoint - rowRect(pressed).topLeft());
+
+    m_dragging = true;
+    for (const TodoTask& task : std::as_const(tasks))
+        Q_EMIT highlightGroups(task.id());
+    const QPointer<TaskListWidget> self(this);
+    const Qt::DropAction action = drag->exec(Qt::MoveAction);
+    if (self)
+        _finishDrag(action == Qt::MoveAction && group->result() == DragGroup::Moved);
+    registry.dragDone(id);
+}
+
+void TaskListWidget::_finishDrag(bool movedAway)
+{
+    if (movedAway) {
+        _followStore();
+        _clearSelection();
     }
-    m_live = wanted;
-    _placeRows();
+    Q_EMIT highlightGroups({});
+    m_dragging = false;
+    // The drag swallowed the release.
+    m_mayDrag = false;
+    _holdRow(-1);
 }
 
-void TaskListWidget::_placeRows()
+void TaskListWidget::dragEnterEvent(QDragEnterEvent* event)
 {
-    const int scroll = verticalScrollBar()->value();
-    const qint64 shown = m_rows.toLogical(scroll, viewport()->height());
-    const int width = viewport()->width() - 2 * TaskRows::margin;
-    for (const LiveRow& live : std::as_const(m_live)) {
-        const int y = static_cast<int>(m_rows.top(live.row) - shown + scroll);
-        live.widget->setSelected(m_rows.isSelected(live.row));
-        live.widget->setGeometry(TaskRows::margin, y, width, m_rows.height(live.row));
-        live.widget->show();
+    if (!taskdrag::find(event->mimeData())) {
+        event->ignore();
+        return;
     }
+    event->acceptProposedAction();
+    _setDropPosition(event->position().toPoint());
 }
 
-TaskWidget* TaskListWidget::_takeWidget(const TodoTask::Id& id)
+void TaskListWidget::dragMoveEvent(QDragMoveEvent* event)
 {
-    if (m_spare.isEmpty())
-        return new TaskWidget(id, this, m_body);
-    TaskWidget* widget = m_spare.takeLast();
-    widget->setTask(id);
-    return widget;
-}
-
-/// Takes the rows' heights from the font and style of the moment.
-void TaskListWidget::_measureRows()
-{
-    if (m_spare.isEmpty()) {
-        m_spare.append(new TaskWidget({}, this, m_body));
-        m_spare.constLast()->hide();
+    if (!taskdrag::find(event->mimeData())) {
+        event->ignore();
+        return;
     }
-    for (TaskWidget* spare : std::as_const(m_spare))
-        spare->fixHeight();
-    for (const LiveRow& live : std::as_const(m_live))
-        live.widget->fixHeight();
-    const int height = m_spare.constFirst()->faceHeight();
-    m_rows.setRowHeight(height);
-    if (m_edited)
-        m_rows.setEdited(m_rows.edited(), m_edited->faceHeight());
-    verticalScrollBar()->setSingleStep(height + TaskRows::spacing);
+    event->acceptProposedAction();
+    _setDropPosition(event->position().toPoint());
 }
 
-TaskWidget* TaskListWidget::rowWidget(qsizetype row) const
+void TaskListWidget::dragLeaveEvent(QDragLeaveEvent* /*event*/)
 {
-    for (const LiveRow& live : m_live) {
-        if (live.row == row)
-            return live.widget;
+    _clearDropPosition();
+}
+
+void TaskListWidget::dropEvent(QDropEvent* event)
+{
+    const TaskRows::DropPosition drop = _clearDropPosition();
+    const boost::shared_ptr<DragGroup> drag = taskdrag::find(event->mimeData());
+    if (!drag || !m_rows.isValid(drop.row)) {
+        event->ignore();
+        return;
     }
-    return nullptr;
+    event->acceptProposedAction();
+    _reorderSelected(*drag, drop);
 }
 
-void TaskListWidget::resizeEvent(QResizeEvent* event)
+void TaskListWidget::_reorderSelected(DragGroup& drag, const TaskRows::DropPosition& drop)
 {
-    ScrollPanel::resizeEvent(event);
-    _layoutRows();
-}
-
-void TaskListWidget::scrollContentsBy(int dx, int dy)
-{
-    ScrollPanel::scrollContentsBy(dx, dy);
-    _syncRows();
+    const TaskRows::DropPosition anchor = m_rows.dropAnchor(drop);
+    if (anchor.row < 0)
+        return;
+    const TodoTask::Id anchorId = m_rows.idAt(anchor.row);
+    const TodoTask::Id current =
+        m_rows.isValid(m_current) ? m_rows.idAt(m_current) : TodoTask::Id();
+    m_rows.moveSelected(anchor);
+    m_current = current.isNull() ? -1 : m_rows.indexOf(current);
+    _rowsChanged();
+    const auto& tasks = drag.tasks();
+    m_group.reorder(anchorId, anchor.before,
+                    tasks.isEmpty() ? QList<TodoTask::Id>() : *tasks.cbegin());
+    drag.setResult(DragGroup::Reordered);
 }
 
 void TaskListWidget::changeEvent(QEvent* event)
 {
-    ScrollPanel::changeEvent(event);
-    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
-        _measureRows();
-        _layoutRows();
-    }
+    TaskRowPanel::changeEvent(event);
+    if (event->type() == QEvent::LanguageChange)
+        _retranslate();
 }

@@ -2,15 +2,19 @@
 #pragma once
 
 #include "taskdb/FocusGroup.h"
-#include "ui/ScrollPanel.h"
-#include "ui/TaskRows.h"
+#include "ui/TaskRowPanel.h"
 
-class TaskWidget;
+#include <QPixmap>
 
-/// Shows a group's tasks as a column of rows and owns their selection, editing and keys. Row
-/// widgets exist for the rows in view and the edited one only, so any number of tasks costs the
-/// same. What changes elsewhere in the store shows here by itself.
-class TaskListWidget : public ScrollPanel
+#include <boost/shared_ptr.hpp>
+
+class DragGroup;
+class GroupHintWidget;
+class QDropEvent;
+
+/// Shows a group's tasks as a column of rows and owns their selection, editing, keys and drags.
+/// What changes elsewhere in the store shows here by itself. An empty group shows what it is for.
+class TaskListWidget : public TaskRowPanel
 {
     Q_OBJECT
 
@@ -30,6 +34,8 @@ public:
     void newTask();
     /// Starts editing the current row.
     void editTask();
+    /// Starts editing a row; nothing for one that does not exist.
+    void editRow(qsizetype row);
     /// Files completed tasks under Completed and drops open tasks without any content.
     void cleanup();
     /// Deletes the selected tasks.
@@ -38,28 +44,45 @@ public:
     /// Ends the running edit, if any; a new task that was left empty vanishes. `byReturn`: the
     /// list is about to see the Return key that ended it.
     void _stopEditing(TaskWidget* row, bool byReturn);
+    /// The edited row needs more or less room.
+    void _rowHeightChanged(TaskWidget* row);
+    /// Scrolls as little as needed to show `part`, in the edited row's own coordinates.
+    void _showPartOfRow(TaskWidget* row, const QRect& part);
 
-    // What is in the list, for tests and tools; rows are numbered from the top.
-    [[nodiscard]] const TaskRows& rows() const { return m_rows; }
+    /// The anchor of selections by key and Shift; -1 for none.
     [[nodiscard]] qsizetype currentIndex() const { return m_current; }
-    /// The widget of a row, or null while it is out of view.
-    [[nodiscard]] TaskWidget* rowWidget(qsizetype row) const;
+
+Q_SIGNALS:
+    /// A drag of this task has begun; the null identifier: it has ended.
+    void highlightGroups(const TodoTask::Id& taskId);
 
 protected:
-    void resizeEvent(QResizeEvent* event) override;
-    void scrollContentsBy(int dx, int dy) override;
     void changeEvent(QEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dragLeaveEvent(QDragLeaveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+
+private Q_SLOTS:
+    void _onHeadStart(const QString& target);
 
 private:
+    [[nodiscard]] TaskWidget* _createRow(QWidget* parent) override;
+
+    void _rowsChanged();
     void _clear();
     void _loadTasks();
     void _addTask(const TodoTask::Id& id, bool edit);
+    void _createTaskHelper(const QString& name, const QString& notes);
+    void _showHint();
+    [[nodiscard]] QIcon _groupIcon() const;
+    void _retranslate();
     void _startEditing(qsizetype row);
-    void _makeVisible(qsizetype row);
 
     void _addToSelection(qsizetype row);
     void _selectOnly(qsizetype row);
@@ -68,33 +91,29 @@ private:
     void _selectionChanged();
     void _selectAll();
     void _selectNeighbour(qsizetype row, bool extend);
-    [[nodiscard]] qsizetype _findWidgetByPos(const QPoint& point) const;
+    void _onReturn(bool shift);
 
     void _onTaskChanged(const TodoTask::Id& id);
     void _onGroupChanged(const FocusGroup::Id& id);
     void _followStore();
 
-    void _layoutRows();
-    void _syncRows();
-    void _placeRows();
-    [[nodiscard]] TaskWidget* _takeWidget(const TodoTask::Id& id);
-    void _measureRows();
+    [[nodiscard]] bool _isDragStart(const QMouseEvent* event) const;
+    void _startDrag(Qt::KeyboardModifiers keys);
+    void _finishDrag(bool movedAway);
+    [[nodiscard]] boost::shared_ptr<DragGroup> _makeDrag(QList<TodoTask>& tasks) const;
+    [[nodiscard]] QPixmap _dragPicture();
+    void _reorderSelected(DragGroup& drag, const TaskRows::DropPosition& drop);
 
-    struct LiveRow
-    {
-        qsizetype row;
-        TaskWidget* widget;
-    };
-
-    TaskRows m_rows;
     qsizetype m_current = -1;
     bool m_endedByReturn = false;
     TaskWidget* m_edited = nullptr;
     FocusGroup::Id m_groupId;
     FocusGroup m_group;
-
-    QWidget* m_body;
-    QList<LiveRow> m_live;      // the rows that have a widget
-    QList<TaskWidget*> m_spare; // hidden widgets for rows to come
+    GroupHintWidget* m_hint = nullptr;
     bool m_followPending = false;
+
+    QPixmap m_background;
+    bool m_mayDrag = false; // the left button went down while nothing was edited
+    bool m_dragging = false;
+    QPoint m_pressPoint;
 };

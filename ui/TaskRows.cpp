@@ -68,6 +68,56 @@ void TaskRows::clearSelection()
     m_selected = 0;
 }
 
+TaskRows::DropPosition TaskRows::dropPositionAt(qint64 y, const DropPosition& current) const
+{
+    if (count() == 0)
+        return current;
+    const qsizetype last = count() - 1;
+    if (y >= top(last) + height(last))
+        return {last, false};
+    const qsizetype row = rowAt(y);
+    return row < 0 ? current : DropPosition{row, true};
+}
+
+TaskRows::DropPosition TaskRows::dropAnchor(const DropPosition& drop) const
+{
+    if (!isValid(drop.row))
+        return {};
+    for (qsizetype row = drop.row; row < count(); ++row) {
+        if (!isSelected(row))
+            return {row, drop.before};
+    }
+    for (qsizetype row = drop.row - 1; row >= 0; --row) {
+        if (!isSelected(row))
+            return {row, false};
+    }
+    return {};
+}
+
+void TaskRows::moveSelected(const DropPosition& anchor)
+{
+    const TodoTask::Id editedId = isValid(m_edited) ? idAt(m_edited) : TodoTask::Id();
+    QList<Row> moved;
+    moved.reserve(m_selected);
+    for (const Row& row : std::as_const(m_rows)) {
+        if (row.selected)
+            moved.append(row);
+    }
+    QList<Row> ordered;
+    ordered.reserve(m_rows.size());
+    for (qsizetype row = 0; row < count(); ++row) {
+        if (row == anchor.row && anchor.before)
+            ordered += moved;
+        if (!isSelected(row))
+            ordered.append(m_rows.at(row));
+        if (row == anchor.row && !anchor.before)
+            ordered += moved;
+    }
+    m_rows = ordered;
+    if (m_edited >= 0)
+        m_edited = indexOf(editedId);
+}
+
 void TaskRows::setEdited(qsizetype row, int height)
 {
     m_edited = row;

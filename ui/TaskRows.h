@@ -24,6 +24,15 @@ public:
         qsizetype last = -1; ///< before `first` when the range is empty
     };
 
+    /// Where dropped rows would go.
+    struct DropPosition
+    {
+        qsizetype row = -1; ///< -1 for nowhere
+        bool before = true; ///< before that row, or after it
+
+        bool operator==(const DropPosition& other) const = default;
+    };
+
     [[nodiscard]] qsizetype count() const { return m_rows.size(); }
     [[nodiscard]] bool isValid(qsizetype row) const { return row >= 0 && row < count(); }
     [[nodiscard]] TodoTask::Id idAt(qsizetype row) const { return m_rows.at(row).id; }
@@ -47,6 +56,15 @@ public:
     void clearSelection();
     [[nodiscard]] bool isNew(qsizetype row) const { return m_rows.at(row).isNew; }
     void setNew(qsizetype row, bool isNew) { m_rows[row].isNew = isNew; }
+
+    /// The place for a drop at a logical position: before the row there, or behind all rows below
+    /// the last one; in margins and gaps `current` stays.
+    [[nodiscard]] DropPosition dropPositionAt(qint64 y, const DropPosition& current) const;
+    /// The unselected row next to which the selected ones would go, and the side of it: the nearest
+    /// one from the drop position downwards, or else upwards. Row -1 when all are selected.
+    [[nodiscard]] DropPosition dropAnchor(const DropPosition& drop) const;
+    /// Moves the selected rows, in their order, next to an unselected one.
+    void moveSelected(const DropPosition& anchor);
 
     /// Height of the rows that are not edited, in pixels.
     void setRowHeight(int height) { m_rowHeight = height; }

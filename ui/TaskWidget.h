@@ -5,15 +5,19 @@
 
 #include <QWidget>
 
+class DateWidget;
 class ElidedLabel;
 class FancyLineEdit;
+class NotesTextEdit;
 class QStackedLayout;
 class TaskCheckbox;
 class TaskListWidget;
+template <class Editor>
+class HintedEditT;
 
-/// Shows a task as a checkbox and its name, or as a form to edit it in place. Every change goes
-/// into the store at once. The row takes neither keys nor, unless edited, the mouse: they belong
-/// to the list.
+/// Shows a task as a checkbox and its name, or as a form to edit name, notes and due date in place.
+/// Every change goes into the store at once. The row takes neither keys nor, unless edited, the
+/// mouse: they belong to the list.
 class TaskWidget : public QWidget
 {
     Q_OBJECT
@@ -42,6 +46,12 @@ public:
     [[nodiscard]] bool completed() const;
     void setCompleted(bool completed);
 
+    /// Has the open calendar, if any, follow its field after the row was moved.
+    void placePopup();
+
+    /// What a row shows for a task with this name.
+    [[nodiscard]] static QString shownName(const QString& name);
+
     /// Whether the mouse is being pressed on one of the row's controls.
     [[nodiscard]] bool isPressed() const;
 
@@ -53,11 +63,15 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void changeEvent(QEvent* event) override;
+    bool focusNextPrevChild(bool next) override;
 
 private Q_SLOTS:
     void _stopEditing();
     void _nameTextChanged(const QString& text);
+    void _notesTextChanged();
     void _checkboxChanged(int state);
+    void _dueDateChanged(const QDateTime& time);
+    void _someEditGotFocus(bool got);
 
 private:
     static constexpr uint selectedBit = 1;
@@ -65,7 +79,14 @@ private:
 
     void _createViewLayout();
     void _createEditLayout();
+    void _createNameEdit();
+    void _connectEdits();
+    [[nodiscard]] QWidget* _pictureLabel(const QString& picture) const;
     void _removeEditLayout();
+    void _retranslateEdits();
+    void _reloadEdits(const TodoTask& before);
+    void _onFocusMoved(QWidget* from, QWidget* to);
+    void _showCursor();
     void _setCheckboxes();
     void _updateVisuals();
     [[nodiscard]] QColor _backgroundCol() const;
@@ -76,7 +97,9 @@ private:
     // The form; all null while the row is not being edited.
     QWidget* m_editPage = nullptr;
     TaskCheckbox* m_editCheckbox = nullptr;
-    FancyLineEdit* m_nameEdit = nullptr;
+    HintedEditT<FancyLineEdit>* m_nameEdit = nullptr;
+    NotesTextEdit* m_notesEdit = nullptr;
+    DateWidget* m_dueDateEdit = nullptr;
 
     TodoTask::Id m_id;
     TodoTask m_task;

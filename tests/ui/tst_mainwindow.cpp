@@ -1,121 +1,21 @@
 // The window as a user works with it, by mouse and keyboard, on a real store.
 
-#include "app/base/Clock.h"
-#include "app/base/PathHelper.h"
-#include "app/base/dynamic_singleton.h"
-#include "app/core/TaskCore.h"
-#include "tests/support/LogWatch.h"
-#include "tests/support/TemporaryHome.h"
-#include "ui/ActionsHelper.h"
-#include "ui/ElidedLabel.h"
+#include "tests/ui/WindowTest.h"
 #include "ui/FocusGroupListWidget.h"
 #include "ui/FocusGroupWidget.h"
-#include "ui/MainWindow.h"
-#include "ui/TaskListWidget.h"
-#include "ui/TaskWidget.h"
-#include "ui/controls/FancyLineEdit.h"
 #include "ui/controls/FancySplitter.h"
 #include "ui/controls/TaskCheckbox.h"
 
 #include <QScrollArea>
 #include <QScrollBar>
-#include <QTest>
 
 using namespace Qt::StringLiterals;
 
-class MainWindowTest : public QObject
+class MainWindowTest : public WindowTest
 {
     Q_OBJECT
 
-private:
-    std::unique_ptr<TemporaryHome> m_home;
-    std::unique_ptr<LogWatch> m_log;
-    std::unique_ptr<MainWindow> m_window;
-
-    TaskStorage& store() { return *dynamic_singleton<TaskCore>::inst().storage(); }
-    TaskListWidget& list() { return *m_window->taskList(); }
-    TaskWidget* row(qsizetype number) { return list().rowWidget(number); }
-
-    void addTasks(const QStringList& names, const FocusGroup::Id& group = TaskStorage::ms_inboxId)
-    {
-        for (const QString& name : names)
-            store().renameTask(store().createTask(group), name);
-        QCoreApplication::processEvents();
-    }
-
-    QString namesIn(const FocusGroup::Id& group)
-    {
-        QList<TodoTask::Id> ids;
-        store().enumGroup(group, ids);
-        QStringList names;
-        for (const TodoTask::Id& id : std::as_const(ids))
-            names += store().get(id).name();
-        return names.join(u',');
-    }
-
-    QString inbox() { return namesIn(TaskStorage::ms_inboxId); }
-
-    QString selected()
-    {
-        QStringList names;
-        for (qsizetype i = 0; i < list().rows().count(); ++i) {
-            if (list().rows().isSelected(i))
-                names += store().get(list().rows().idAt(i)).name();
-        }
-        return names.join(u',');
-    }
-
-    /// The rows as the list shows them.
-    QString shown()
-    {
-        QStringList names;
-        for (qsizetype i = 0; i < list().rows().count(); ++i)
-            names += row(i)->findChild<ElidedLabel*>()->text();
-        return names.join(u',');
-    }
-
-    QPoint middleOf(qsizetype number)
-    {
-        return row(number)->mapTo(list().viewport(), row(number)->rect().center());
-    }
-
-    void click(qsizetype number, Qt::KeyboardModifiers modifiers = {})
-    {
-        QTest::mouseClick(list().viewport(), Qt::LeftButton, modifiers, middleOf(number));
-    }
-
-    QPoint emptySpace() { return {20, list().viewport()->height() - 10}; }
-
-    void keys(const QString& text) { QTest::keyClicks(QApplication::focusWidget(), text); }
-    void key(Qt::Key which, Qt::KeyboardModifiers modifiers = {})
-    {
-        QTest::keyClick(QApplication::focusWidget(), which, modifiers);
-    }
-    bool listHasFocus() { return QApplication::focusWidget() == &list(); }
-
 private Q_SLOTS:
-    void init()
-    {
-        Clock::freeze(QDateTime(QDate(2026, 11, 22), QTime(12, 0)));
-        m_home = std::make_unique<TemporaryHome>();
-        m_log = std::make_unique<LogWatch>();
-        QCOMPARE(dynamic_singleton<TaskCore>::inst().init(), TaskStorage::NoError);
-        m_window = std::make_unique<MainWindow>();
-        m_window->show();
-        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
-        QTRY_VERIFY(listHasFocus());
-    }
-
-    void cleanup()
-    {
-        m_window.reset();
-        dynamic_singleton<TaskCore>::destroy();
-        dynamic_singleton<ActionsHelper>::destroy();
-        m_log.reset();
-        m_home.reset();
-        Clock::release();
-    }
-
     void newTaskIsNamedInPlaceAndStoredAtEveryKey()
     {
         dynamic_singleton<ActionsHelper>::inst().newTask()->trigger();
@@ -393,6 +293,26 @@ private Q_SLOTS:
             QVERIFY(!widget->isVisible());
     }
 
+    void releaseAfterADoubleClickOnEmptySpaceKeepsTheNewRow()
+    {
+        addTasks({u"a"_s});
+        QTest::mouseDClick(list().viewport(), Qt::LeftButton, {}, emptySpace());
+        QTest::mouseRelease(list().viewport(), Qt::LeftButton, {}, emptySpace());
+        QCOMPARE(list().currentIndex(), 1);
+        QVERIFY(list().rows().isSelected(1) && row(1)->isEditing());
+    }
+
+    void pressThatTakesTheEmptyRowAwayFindsItsOwn()
+    {
+        addTasks({u"a"_s});
+        list().newTask();
+        addTasks({u"b"_s});
+        QTRY_COMPARE(list().rows().count(), 3);
+        click(2);
+        QCOMPARE(shown(), u"a,b"_s);
+        QCOMPARE(selected(), u"b"_s);
+    }
+
     void untickingWhileEditingGoesOnWithTheEdit()
     {
         addTasks({u"a"_s});
@@ -461,10 +381,15 @@ private Q_SLOTS:
         QCOMPARE(m_window->groupList()->width(), width);
     }
 
-    void escapeDoesNotCloseButClosingHides()
+    void escapeAndClosingHide()
     {
+        addTasks({u"a"_s});
+        edit(0);
         key(Qt::Key_Escape);
         QVERIFY(m_window->isVisible());
+        key(Qt::Key_Escape);
+        QVERIFY(!m_window->isVisible());
+        m_window->show();
         m_window->close();
         QVERIFY(!m_window->isVisible());
     }

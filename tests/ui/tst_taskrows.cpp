@@ -91,6 +91,17 @@ private Q_SLOTS:
         }
     }
 
+    void editedRowKeepsItsHeightWhenOthersMove()
+    {
+        TaskRows rows = makeRows(4);
+        rows.setSelected(3, true);
+        rows.setEdited(1, 90);
+        rows.moveSelected({0, true});
+        QVERIFY(rows.isSelected(0));
+        QCOMPARE(rows.edited(), 2);
+        QCOMPARE(rows.height(2), 90);
+    }
+
     void selectionFollowsItsRows()
     {
         TaskRows rows = makeRows(6);

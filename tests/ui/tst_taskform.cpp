@@ -1,0 +1,242 @@
+// A task edited in place: its name, notes and due date.
+#include "tests/ui/WindowTest.h"
+#include "ui/controls/CalendarPopup.h"
+#include "ui/controls/DateWidget.h"
+#include "ui/controls/FancyLineEdit.h"
+#include "ui/controls/HintedEdit.h"
+#include "ui/controls/NotesTextEdit.h"
+#include "ui/controls/TaskCheckbox.h"
+
+#include <QScrollBar>
+#include <QTranslator>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+/// A language in which every text is in capitals.
+class Capitals : public QTranslator
+{
+public:
+    [[nodiscard]] bool isEmpty() const override { return false; }
+    [[nodiscard]] QString translate(const char* /*context*/, const char* text,
+                                    const char* /*comment*/, int /*n*/) const override
+    {
+        return QString::fromUtf8(text).toUpper();
+    }
+};
+} // namespace
+
+class TaskFormTest : public WindowTest
+{
+    Q_OBJECT
+
+private:
+    /// What has been closed lives on unseen until the event loop turns.
+    template <class Widget>
+    static Widget* visibleIn(const QWidget& parent)
+    {
+        for (auto* widget : parent.findChildren<Widget*>()) {
+            if (widget->isVisible())
+                return widget;
+        }
+        return nullptr;
+    }
+    FancyLineEdit* name() { return visibleIn<FancyLineEdit>(list()); }
+    NotesTextEdit* notes() { return visibleIn<NotesTextEdit>(list()); }
+    DateWidget* dueDate() { return visibleIn<DateWidget>(list()); }
+    QWidget* dateField() { return dueDate()->findChild<QLineEdit*>(); }
+    CalendarPopup* popup() { return visibleIn<CalendarPopup>(list()); }
+    TodoTask task(qsizetype number = 0) { return store().get(list().rows().idAt(number)); }
+
+    void editNew()
+    {
+        addTasks({u"a"_s, u"b"_s});
+        edit(0);
+    }
+
+private Q_SLOTS:
+    void tabWalksTheFields()
+    {
+        editNew();
+        QVERIFY(name()->hasFocus());
+        key(Qt::Key_Tab);
+        QVERIFY(notes()->hasFocus());
+        key(Qt::Key_Tab);
+        QVERIFY(dateField()->hasFocus());
+        key(Qt::Key_Backtab, Qt::ShiftModifier);
+        QVERIFY(notes()->hasFocus());
+        key(Qt::Key_Backtab, Qt::ShiftModifier);
+        QVERIFY(name()->hasFocus());
+        QVERIFY(row(0)->isEditing());
+    }
+
+    void notesAreStoredAtEveryKeyAndGrow()
+    {
+        editNew();
+        const qint32 before = store().modification();
+        key(Qt::Key_Tab);
+        const int height = row(0)->height();
+        keys(u"one"_s);
+        QCOMPARE(task().notes(), u"one"_s);
+        QCOMPARE(row(0)->height(), height);
+        key(Qt::Key_Return);
+        keys(u"two"_s);
+        key(Qt::Key_Return);
+        QCOMPARE(task().notes(), u"one\ntwo\n"_s);
+        QVERIFY(row(0)->isEditing());
+        QVERIFY(row(0)->height() > height);
+        QCOMPARE(row(0)->height(), list().rows().height(0));
+        QVERIFY(row(1)->y() >= row(0)->y() + row(0)->height());
+        for (int i = 0; i < 20; ++i)
+            key(Qt::Key_Backspace);
+        QCOMPARE(task().notes(), QString());
+        QCOMPARE(row(0)->height(), height);
+        // Neither hint gets into the store, nor does going through the fields change it.
+        const qint32 after = store().modification();
+        QVERIFY(after != before);
+        key(Qt::Key_Tab);
+        key(Qt::Key_Tab);
+        key(Qt::Key_Escape);
+        QCOMPARE(store().modification(), after);
+        QCOMPARE(task().notes(), QString());
+    }
+
+    void existingTextsAreKept()
+    {
+        editNew();
+        key(Qt::Key_Escape);
+        store().attachNotesToTask(task().id(), u"keep\r\nme"_s);
+        store().setTaskDueTime(task().id(), QDate(2013, 4, 3).startOfDay());
+        const qint32 before = store().modification();
+        edit(0);
+        for (int i = 0; i < 4; ++i)
+            key(Qt::Key_Tab);
+        key(Qt::Key_Escape);
+        QCOMPARE(store().modification(), before);
+        QCOMPARE(task().notes(), u"keep\r\nme"_s);
+        edit(0);
+        QCOMPARE(notes()->toPlainText(), u"keep\nme"_s);
+        QCOMPARE(dueDate()->getValue().date(), QDate(2013, 4, 3));
+    }
+
+    void emptyNameShowsTheHintAndStoresNothing()
+    {
+        editNew();
+        key(Qt::Key_Delete);
+        key(Qt::Key_Tab);
+        QCOMPARE(name()->text(), u"Task name"_s);
+        QCOMPARE(task().name(), QString());
+        key(Qt::Key_Backtab, Qt::ShiftModifier);
+        QCOMPARE(name()->text(), QString());
+        keys(u"new"_s);
+        QCOMPARE(task().name(), u"new"_s);
+    }
+
+    void dueDateIsStoredAsTyped()
+    {
+        editNew();
+        key(Qt::Key_Tab);
+        key(Qt::Key_Tab);
+        QVERIFY(popup());
+        keys(u"24.11.2026"_s);
+        QCOMPARE(task().timeDue().date(), QDate(2026, 11, 24));
+        key(Qt::Key_Return);
+        QVERIFY(row(0)->isEditing());
+        // Back in another field, the calendar is gone.
+        key(Qt::Key_Backtab, Qt::ShiftModifier);
+        QVERIFY(!popup());
+        key(Qt::Key_Tab);
+        QVERIFY(popup());
+        key(Qt::Key_Delete);
+        QVERIFY(!task().timeDue().isValid());
+        key(Qt::Key_Escape);
+        QVERIFY(!row(0)->isEditing());
+        QVERIFY(listHasFocus());
+        QTRY_VERIFY(!list().findChild<CalendarPopup*>());
+    }
+
+    void escapeEndsFromEveryField()
+    {
+        editNew();
+        for (int field = 0; field < 3; ++field) {
+            edit(0);
+            for (int i = 0; i < field; ++i)
+                key(Qt::Key_Tab);
+            key(Qt::Key_Escape);
+            QVERIFY(!row(0)->isEditing());
+            QVERIFY(listHasFocus());
+        }
+    }
+
+    void clickBesideTheFieldsLeavesTheFocus()
+    {
+        editNew();
+        key(Qt::Key_Tab);
+        keys(u"x"_s);
+        const QPoint beside = row(0)->mapTo(m_window.get(), QPoint(3, row(0)->height() - 3));
+        QTest::mouseClick(m_window->windowHandle(), Qt::LeftButton, {}, beside);
+        QVERIFY(row(0)->isEditing());
+        keys(u"y"_s);
+        QCOMPARE(task().notes(), u"xy"_s);
+    }
+
+    void changesFromElsewhereShowInTheForm()
+    {
+        editNew();
+        key(Qt::Key_Tab);
+        keys(u"typed"_s);
+        key(Qt::Key_Left);
+        store().renameTask(task().id(), u"other"_s);
+        store().setTaskDueTime(task().id(), QDate(2026, 12, 1).startOfDay());
+        QCOMPARE(name()->text(), u"other"_s);
+        QCOMPARE(dueDate()->getValue().date(), QDate(2026, 12, 1));
+        // What is being typed goes on where it was.
+        keys(u"-"_s);
+        QCOMPARE(task().notes(), u"type-d"_s);
+        QCOMPARE(task().name(), u"other"_s);
+        store().attachNotesToTask(task().id(), u"all new"_s);
+        QCOMPARE(notes()->toPlainText(), u"all new"_s);
+    }
+
+    void longNotesKeepTheCursorInView()
+    {
+        editNew();
+        key(Qt::Key_Tab);
+        for (int i = 0; i < 60; ++i)
+            key(Qt::Key_Return);
+        const auto cursorInView = [this] {
+            const QRect cursor = notes()->cursorRect();
+            const QPoint top = notes()->mapTo(list().viewport(), cursor.topLeft());
+            return list().viewport()->rect().contains(QRect(top, cursor.size()));
+        };
+        QVERIFY(cursorInView());
+        QVERIFY(list().verticalScrollBar()->value() > 0);
+        key(Qt::Key_Home, Qt::ControlModifier);
+        QVERIFY(cursorInView());
+        key(Qt::Key_Backtab, Qt::ShiftModifier);
+        QVERIFY(list().viewport()->rect().contains(name()->mapTo(list().viewport(), QPoint(1, 1))));
+    }
+
+    void languageChangesReachTheForm()
+    {
+        addTasks({u"a"_s, {}});
+        edit(0);
+        key(Qt::Key_Delete);
+        key(Qt::Key_Tab);
+        Capitals capitals;
+        QCoreApplication::installTranslator(&capitals);
+        QCoreApplication::processEvents();
+        QCOMPARE(name()->text(), u"TASK NAME"_s);
+        QCOMPARE(row(1)->findChild<ElidedLabel*>()->text(), u"<UNNAMED TASK>"_s);
+        key(Qt::Key_Tab);
+        QCOMPARE(notes()->toPlainText(), u"NOTES"_s);
+        key(Qt::Key_Tab);
+        QCOMPARE(static_cast<QLineEdit*>(dateField())->text(), u"DUE DATE"_s);
+        QCoreApplication::removeTranslator(&capitals);
+        QCOMPARE(task().notes(), QString());
+        QCOMPARE(task().name(), QString());
+    }
+};
+
+QTEST_MAIN(TaskFormTest)
+#include "tst_taskform.moc"

@@ -1,0 +1,34 @@
+#include "ui/DragHelper.h"
+
+using namespace Qt::StringLiterals;
+
+QString DragHelper::dragMimeType()
+{
+    return u"mvr/drag-id"_s;
+}
+
+int DragHelper::startDrag(const boost::shared_ptr<DragGroup>& drag)
+{
+    if (m_drags.isEmpty())
+        m_nextId = 0;
+    const int id = m_nextId++;
+    m_drags.insert(id, drag);
+    return id;
+}
+
+boost::shared_ptr<DragGroup> DragHelper::dragGroup(int id) const
+{
+    return m_drags.value(id);
+}
+
+boost::shared_ptr<DragGroup> DragHelper::dragGroup(const QByteArray& data) const
+{
+    const int id = data.toInt();
+    // Written back, so that signs, blanks, leading zeros and what is no number at all are refused.
+    return data == QByteArray::number(id) ? dragGroup(id) : boost::shared_ptr<DragGroup>();
+}
+
+void DragHelper::dragDone(int id)
+{
+    m_drags.remove(id);
+}

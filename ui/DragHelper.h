@@ -1,0 +1,39 @@
+// The registry of running drags.
+#pragma once
+
+#include "app/base/dynamic_singleton.h"
+#include "ui/DragGroup.h"
+
+#include <QByteArray>
+#include <QHash>
+#include <QString>
+
+#include <boost/shared_ptr.hpp>
+
+/// Only a drag's number travels in the MIME data; what is dragged stays here. Data of another
+/// running program, or of a drag that has ended, thus leads to nothing. Reached through
+/// dynamic_singleton<DragHelper>; interface thread.
+class DragHelper
+{
+public:
+    DragHelper() = default;
+    Q_DISABLE_COPY_MOVE(DragHelper)
+
+    /// The MIME format of a drag's number: decimal digits in ASCII.
+    [[nodiscard]] static QString dragMimeType();
+
+    /// Registers a drag until dragDone() and returns its number. Numbers start again at 0
+    /// whenever no drag is registered.
+    [[nodiscard]] int startDrag(const boost::shared_ptr<DragGroup>& drag);
+    /// The registered drag; empty for an unknown number.
+    [[nodiscard]] boost::shared_ptr<DragGroup> dragGroup(int id) const;
+    /// The same by MIME content; empty as well for anything that startDrag()'s number, written in
+    /// decimal digits, could not be.
+    [[nodiscard]] boost::shared_ptr<DragGroup> dragGroup(const QByteArray& data) const;
+    /// For the drag's source, once the drag is over, whatever became of it.
+    void dragDone(int id);
+
+private:
+    int m_nextId = 0;
+    QHash<int, boost::shared_ptr<DragGroup>> m_drags;
+};

@@ -1,0 +1,19 @@
+// What the task list tells screen readers.
+#pragma once
+
+#include "taskdb/TodoTask.h"
+
+class TaskListWidget;
+
+/// Has every task list describe itself as a list of all its tasks, those out of view included.
+/// Further calls do nothing.
+void installTaskListAccessible();
+
+// Heard by whoever listens.
+
+/// The selection or the current row changed.
+void announceSelection(TaskListWidget* list);
+/// The name or the checked state of a row changed.
+void announceRow(TaskListWidget* list, qsizetype row);
+/// Rows have come or gone or changed places.
+void announceRows(TaskListWidget* list);
