@@ -148,7 +148,6 @@ void TaskListWidget::_clear()
     m_group = FocusGroup();
     m_groupId = {};
     m_rows.clear();
-    m_current = -1;
     m_edited = nullptr;
     _rowsChanged();
     _selectionChanged();
@@ -208,7 +207,7 @@ void TaskListWidget::newTask()
 
 void TaskListWidget::editTask()
 {
-    editRow(m_current);
+    editRow(m_rows.current());
 }
 
 void TaskListWidget::editRow(qsizetype row)
@@ -222,8 +221,6 @@ void TaskListWidget::cleanup()
     if (m_rows.count() == 0)
         return;
     _stopEditing(m_edited, false);
-    const TodoTask::Id currentId =
-        m_rows.isValid(m_current) ? m_rows.idAt(m_current) : TodoTask::Id();
     m_rows.removeIf([this](qsizetype row) {
         const TodoTask::Id id = m_rows.idAt(row);
         const TodoTask task = taskStorage().get(id);
@@ -235,7 +232,6 @@ void TaskListWidget::cleanup()
             return false;
         return true;
     });
-    m_current = currentId.isNull() ? -1 : m_rows.indexOf(currentId);
     _rowsChanged();
     _selectionChanged();
     _showHint();
@@ -321,60 +317,10 @@ void TaskListWidget::_showPartOfRow(TaskWidget* row, const QRect& part)
     _scrollTo(top - TaskRows::margin, top + part.height() + TaskRows::margin);
 }
 
-void TaskListWidget::_addToSelection(qsizetype row)
-{
-    if (!m_rows.isValid(row))
-        return;
-    m_current = row;
-    m_rows.setSelected(row, true);
-    _selectionChanged();
-}
-
-void TaskListWidget::_selectOnly(qsizetype row)
-{
-    _clearSelection();
-    _addToSelection(row);
-}
-
-/// Selects from the current row, the anchor, to `row`; the anchor stays current.
-void TaskListWidget::_selectRange(qsizetype row)
-{
-    const qsizetype anchor = m_current;
-    _clearSelection();
-    for (qsizetype i = qMin(anchor, row); i <= qMax(anchor, row); ++i)
-        m_rows.setSelected(i, true);
-    m_current = anchor;
-    _selectionChanged();
-}
-
-void TaskListWidget::_clearSelection()
-{
-    m_rows.clearSelection();
-    m_current = -1;
-    _selectionChanged();
-}
-
 void TaskListWidget::_selectionChanged()
 {
-    _showSelection();
-    dynamic_singleton<ActionsHelper>::inst().editTask()->setEnabled(m_current >= 0);
-}
-
-void TaskListWidget::_selectAll()
-{
-    for (qsizetype row = 0; row < m_rows.count(); ++row)
-        m_rows.setSelected(row, true);
-    _selectionChanged();
-}
-
-void TaskListWidget::_selectNeighbour(qsizetype row, bool extend)
-{
-    if (!m_rows.isValid(row))
-        return;
-    if (!extend)
-        _clearSelection();
-    _addToSelection(row);
-    _makeVisible(row);
+    TaskRowPanel::_selectionChanged();
+    dynamic_singleton<ActionsHelper>::inst().editTask()->setEnabled(m_rows.current() >= 0);
 }
 
 void TaskListWidget::mousePressEvent(QMouseEvent* event)
@@ -396,7 +342,7 @@ void TaskListWidget::mousePressEvent(QMouseEvent* event)
         _clearSelection();
     if (row < 0)
         return;
-    if ((event->modifiers() & Qt::ShiftModifier) && m_rows.isValid(m_current))
+    if ((event->modifiers() & Qt::ShiftModifier) && m_rows.isValid(m_rows.current()))
         _selectRange(row);
     else
         _addToSelection(row);
@@ -439,11 +385,11 @@ void TaskListWidget::keyPressEvent(QKeyEvent* event)
     switch (event->key()) {
     case Qt::Key_Down:
         if (!m_edited)
-            _selectNeighbour(m_current + 1, shift);
+            _selectNeighbour(m_rows.current() + 1, shift);
         break;
     case Qt::Key_Up:
         if (!m_edited)
-            _selectNeighbour((m_current < 0 ? m_rows.count() : m_current) - 1, shift);
+            _selectNeighbour((m_rows.current() < 0 ? m_rows.count() : m_rows.current()) - 1, shift);
         break;
     case Qt::Key_Return:
         _onReturn(shift);
@@ -451,20 +397,20 @@ void TaskListWidget::keyPressEvent(QKeyEvent* event)
     case Qt::Key_Enter:
         // It ends editing in the name field as Return does, but starts nothing here.
         m_endedByReturn = false;
-        ScrollPanel::keyPressEvent(event);
+        TaskRowPanel::keyPressEvent(event);
         break;
     case Qt::Key_Escape:
         if (m_edited)
             _stopEditing(m_edited, false);
         else
-            ScrollPanel::keyPressEvent(event);
+            TaskRowPanel::keyPressEvent(event);
         break;
     case Qt::Key_Delete:
         if (!m_edited)
             deleteTasks();
         break;
     default:
-        ScrollPanel::keyPressEvent(event);
+        TaskRowPanel::keyPressEvent(event);
     }
 }
 
@@ -472,12 +418,12 @@ void TaskListWidget::_onReturn(bool shift)
 {
     // The Return that ended an edit comes by here as well.
     const bool endedByThis = std::exchange(m_endedByReturn, false);
-    if (m_edited || endedByThis || !m_rows.isValid(m_current))
+    if (m_edited || endedByThis || !m_rows.isValid(m_rows.current()))
         return;
     if (shift)
         newTask();
     else
-        _startEditing(m_current);
+        _startEditing(m_rows.current());
 }
 
 void TaskListWidget::_onTaskChanged(const TodoTask::Id& id)
@@ -505,14 +451,11 @@ void TaskListWidget::_followStore()
     const QList<TodoTask::Id> ids = m_group.tasks().toList();
     if (m_rows.matches(ids))
         return;
-    const TodoTask::Id current =
-        m_rows.isValid(m_current) ? m_rows.idAt(m_current) : TodoTask::Id();
     m_rows.assign(ids);
     if (m_edited && m_rows.edited() < 0) {
         m_edited->setEditing(false, false, false);
         m_edited = nullptr;
     }
-    m_current = current.isNull() ? -1 : m_rows.indexOf(current);
     _rowsChanged();
     _selectionChanged();
     _showHint();
@@ -638,10 +581,7 @@ void TaskListWidget::_reorderSelected(DragGroup& drag, const TaskRows::DropPosit
     if (anchor.row < 0)
         return;
     const TodoTask::Id anchorId = m_rows.idAt(anchor.row);
-    const TodoTask::Id current =
-        m_rows.isValid(m_current) ? m_rows.idAt(m_current) : TodoTask::Id();
     m_rows.moveSelected(anchor);
-    m_current = current.isNull() ? -1 : m_rows.indexOf(current);
     _rowsChanged();
     const auto& tasks = drag.tasks();
     m_group.reorder(anchorId, anchor.before,

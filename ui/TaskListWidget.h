@@ -50,7 +50,7 @@ public:
     void _showPartOfRow(TaskWidget* row, const QRect& part);
 
     /// The anchor of selections by key and Shift; -1 for none.
-    [[nodiscard]] qsizetype currentIndex() const { return m_current; }
+    [[nodiscard]] qsizetype currentIndex() const { return m_rows.current(); }
 
 Q_SIGNALS:
     /// A drag of this task has begun; the null identifier: it has ended.
@@ -84,13 +84,7 @@ private:
     void _retranslate();
     void _startEditing(qsizetype row);
 
-    void _addToSelection(qsizetype row);
-    void _selectOnly(qsizetype row);
-    void _selectRange(qsizetype row);
-    void _clearSelection();
-    void _selectionChanged();
-    void _selectAll();
-    void _selectNeighbour(qsizetype row, bool extend);
+    void _selectionChanged() override;
     void _onReturn(bool shift);
 
     void _onTaskChanged(const TodoTask::Id& id);
@@ -104,7 +98,6 @@ private:
     [[nodiscard]] QPixmap _dragPicture();
     void _reorderSelected(DragGroup& drag, const TaskRows::DropPosition& drop);
 
-    qsizetype m_current = -1;
     bool m_endedByReturn = false;
     TaskWidget* m_edited = nullptr;
     FocusGroup::Id m_groupId;

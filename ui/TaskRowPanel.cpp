@@ -206,7 +206,56 @@ void TaskRowPanel::_repaintRows()
     m_body->update();
 }
 
-void TaskRowPanel::_showSelection()
+void TaskRowPanel::_addToSelection(qsizetype row)
+{
+    if (!m_rows.isValid(row))
+        return;
+    m_rows.setCurrent(row);
+    m_rows.setSelected(row, true);
+    _selectionChanged();
+}
+
+void TaskRowPanel::_selectOnly(qsizetype row)
+{
+    _clearSelection();
+    _addToSelection(row);
+}
+
+void TaskRowPanel::_selectRange(qsizetype row)
+{
+    const qsizetype anchor = m_rows.current();
+    _clearSelection();
+    for (qsizetype i = qMin(anchor, row); i <= qMax(anchor, row); ++i)
+        m_rows.setSelected(i, true);
+    m_rows.setCurrent(anchor);
+    _selectionChanged();
+}
+
+void TaskRowPanel::_clearSelection()
+{
+    m_rows.clearSelection();
+    m_rows.setCurrent(-1);
+    _selectionChanged();
+}
+
+void TaskRowPanel::_selectAll()
+{
+    for (qsizetype row = 0; row < m_rows.count(); ++row)
+        m_rows.setSelected(row, true);
+    _selectionChanged();
+}
+
+void TaskRowPanel::_selectNeighbour(qsizetype row, bool extend)
+{
+    if (!m_rows.isValid(row))
+        return;
+    if (!extend)
+        _clearSelection();
+    _addToSelection(row);
+    _makeVisible(row);
+}
+
+void TaskRowPanel::_selectionChanged()
 {
     for (const LiveRow& live : std::as_const(m_live))
         live.widget->setSelected(m_rows.isValid(live.row) && m_rows.isSelected(live.row));

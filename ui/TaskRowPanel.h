@@ -43,8 +43,18 @@ protected:
     void _measureRows();
     /// Repaints all rows.
     void _repaintRows();
-    /// Has the row widgets show the selection.
-    void _showSelection();
+    /// Makes the row current and selects it; nothing for one that does not exist.
+    void _addToSelection(qsizetype row);
+    void _selectOnly(qsizetype row);
+    /// Selects from the current row, the anchor, to `row`; the anchor stays current.
+    void _selectRange(qsizetype row);
+    void _selectAll();
+    /// Leaves no row current either.
+    void _clearSelection();
+    /// Selects the row, if it exists, and shows it. `extend`: what is selected stays so.
+    void _selectNeighbour(qsizetype row, bool extend);
+    /// Called after each of these; the row widgets show the selection.
+    virtual void _selectionChanged();
     /// Has a task's row widget read it anew. Returns the row, -1 if it has no widget.
     qsizetype _reloadRow(const TodoTask::Id& id);
 

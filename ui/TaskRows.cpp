@@ -15,10 +15,24 @@ void TaskRows::removeAt(qsizetype row)
 {
     _forget(m_rows.at(row));
     m_rows.removeAt(row);
-    if (m_edited == row)
-        m_edited = -1;
-    else if (m_edited > row)
-        --m_edited;
+    for (qsizetype* place : {&m_edited, &m_current}) {
+        if (*place == row)
+            *place = -1;
+        else if (*place > row)
+            --*place;
+    }
+}
+
+TaskRows::Places TaskRows::_places() const
+{
+    const auto idOf = [this](qsizetype row) { return isValid(row) ? idAt(row) : TodoTask::Id(); };
+    return {idOf(m_edited), idOf(m_current)};
+}
+
+void TaskRows::_restore(const Places& places)
+{
+    m_edited = places.edited.isNull() ? -1 : indexOf(places.edited);
+    m_current = places.current.isNull() ? -1 : indexOf(places.current);
 }
 
 void TaskRows::clear()
@@ -26,11 +40,12 @@ void TaskRows::clear()
     m_rows.clear();
     m_selected = 0;
     m_edited = -1;
+    m_current = -1;
 }
 
 void TaskRows::assign(const QList<TodoTask::Id>& ids)
 {
-    const TodoTask::Id editedId = isValid(m_edited) ? idAt(m_edited) : TodoTask::Id();
+    const Places places = _places();
     QHash<TodoTask::Id, Row> known;
     known.reserve(m_rows.size());
     for (const Row& row : std::as_const(m_rows))
@@ -38,11 +53,10 @@ void TaskRows::assign(const QList<TodoTask::Id>& ids)
     clear();
     m_rows.reserve(ids.size());
     for (const TodoTask::Id& id : ids) {
-        if (!editedId.isNull() && id == editedId)
-            m_edited = m_rows.size();
         m_rows.append(known.value(id, Row{id, false, false}));
         m_selected += m_rows.constLast().selected ? 1 : 0;
     }
+    _restore(places);
 }
 
 bool TaskRows::matches(const QList<TodoTask::Id>& ids) const
@@ -96,7 +110,7 @@ TaskRows::DropPosition TaskRows::dropAnchor(const DropPosition& drop) const
 
 void TaskRows::moveSelected(const DropPosition& anchor)
 {
-    const TodoTask::Id editedId = isValid(m_edited) ? idAt(m_edited) : TodoTask::Id();
+    const Places places = _places();
     QList<Row> moved;
     moved.reserve(m_selected);
     for (const Row& row : std::as_const(m_rows)) {
@@ -114,8 +128,7 @@ void TaskRows::moveSelected(const DropPosition& anchor)
             ordered += moved;
     }
     m_rows = ordered;
-    if (m_edited >= 0)
-        m_edited = indexOf(editedId);
+    _restore(places);
 }
 
 void TaskRows::setEdited(qsizetype row, int height)

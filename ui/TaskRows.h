@@ -54,6 +54,9 @@ public:
     [[nodiscard]] qsizetype selectedCount() const { return m_selected; }
     void setSelected(qsizetype row, bool selected);
     void clearSelection();
+    /// The current row, the anchor of selections; -1 for none. It goes where its task goes.
+    [[nodiscard]] qsizetype current() const { return m_current; }
+    void setCurrent(qsizetype row) { m_current = row; }
     [[nodiscard]] bool isNew(qsizetype row) const { return m_rows.at(row).isNew; }
     void setNew(qsizetype row, bool isNew) { m_rows[row].isNew = isNew; }
 
@@ -93,11 +96,21 @@ private:
         bool isNew;
     };
 
+    /// The tasks of the edited and the current row, to find them again after a change.
+    struct Places
+    {
+        TodoTask::Id edited;
+        TodoTask::Id current;
+    };
+    [[nodiscard]] Places _places() const;
+    void _restore(const Places& places);
+
     void _forget(const Row& row) { m_selected -= row.selected ? 1 : 0; }
     [[nodiscard]] qsizetype _rowBelow(qint64 y) const;
 
     QList<Row> m_rows;
     qsizetype m_selected = 0;
+    qsizetype m_current = -1;
     qsizetype m_edited = -1;
     int m_editedHeight = 0;
     int m_rowHeight = 1;
@@ -106,6 +119,7 @@ private:
 template <typename Predicate>
 void TaskRows::removeIf(Predicate gone)
 {
+    const Places places = _places();
     QList<Row> kept;
     kept.reserve(m_rows.size());
     for (qsizetype row = m_rows.size() - 1; row >= 0; --row) {
@@ -115,5 +129,5 @@ void TaskRows::removeIf(Predicate gone)
             kept.prepend(m_rows.at(row));
     }
     m_rows = kept;
-    m_edited = -1;
+    _restore(places);
 }
