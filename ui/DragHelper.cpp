@@ -23,9 +23,9 @@ boost::shared_ptr<DragGroup> DragHelper::dragGroup(int id) const
 
 boost::shared_ptr<DragGroup> DragHelper::dragGroup(const QByteArray& data) const
 {
-    const int id = data.toInt();
-    // Written back, so that signs, blanks, leading zeros and what is no number at all are refused.
-    return data == QByteArray::number(id) ? dragGroup(id) : boost::shared_ptr<DragGroup>();
+    bool ok = false;
+    const int id = data.toInt(&ok);
+    return ok ? dragGroup(id) : boost::shared_ptr<DragGroup>();
 }
 
 void DragHelper::dragDone(int id)

@@ -27,8 +27,7 @@ public:
     [[nodiscard]] int startDrag(const boost::shared_ptr<DragGroup>& drag);
     /// The registered drag; empty for an unknown number.
     [[nodiscard]] boost::shared_ptr<DragGroup> dragGroup(int id) const;
-    /// The same by MIME content; empty as well for anything that startDrag()'s number, written in
-    /// decimal digits, could not be.
+    /// The same by MIME content; empty as well for what is no decimal number.
     [[nodiscard]] boost::shared_ptr<DragGroup> dragGroup(const QByteArray& data) const;
     /// For the drag's source, once the drag is over, whatever became of it.
     void dragDone(int id);

@@ -1,5 +1,7 @@
 #include "ui/ElidedLabel.h"
 
+#include "ui/PlainToolTip.h"
+
 #include <QHelpEvent>
 #include <QPainter>
 #include <QStyle>
@@ -7,8 +9,6 @@
 #include <QtMath>
 
 #include <algorithm>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 /// More than fits on any screen; what lies beyond need not be measured.
@@ -42,8 +42,7 @@ bool ElidedLabel::event(QEvent* event)
         return QLabel::event(event);
     const auto* help = static_cast<QHelpEvent*>(event);
     if (sizeHint().width() > width()) {
-        // A tool tip guesses its format: only escaped text is safe from that.
-        QToolTip::showText(help->globalPos(), u"<p>"_s + text().toHtmlEscaped() + u"</p>"_s, this);
+        QToolTip::showText(help->globalPos(), plainToolTip(text()), this);
     } else {
         QToolTip::hideText();
     }

@@ -57,8 +57,12 @@ TaskListWidget::TaskListWidget(const FocusGroup::Id& groupId, QWidget* parent)
 
 TaskListWidget::~TaskListWidget()
 {
-    // A new task that is still empty goes the way it goes when its editing ends otherwise.
-    _stopEditing(m_edited, false);
+    // A new task that is still empty goes the way it goes when its editing ends otherwise; nothing
+    // is to be shown any more.
+    const qsizetype edited = m_rows.edited();
+    if (m_rows.isValid(edited) && m_rows.isNew(edited) &&
+        taskStorage().get(m_rows.idAt(edited)).empty())
+        m_group.remove(m_rows.idAt(edited), true);
 }
 
 void TaskListWidget::setGroup(const FocusGroup::Id& id)
@@ -194,7 +198,8 @@ void TaskListWidget::_createTaskHelper(const QString& name, const QString& notes
 
 void TaskListWidget::newTask()
 {
-    if (m_groupId.isNull())
+    // The group may have been removed elsewhere.
+    if (taskStorage().getGroup(m_groupId).id().isNull())
         return;
     _startEditing(-1);
     const TodoTask::Id id = taskStorage().createTask(m_groupId);
@@ -239,6 +244,7 @@ void TaskListWidget::cleanup()
 
 void TaskListWidget::deleteTasks()
 {
+    _stopEditing(m_edited, false);
     if (m_rows.selectedCount() == 0)
         return;
     for (qsizetype row = 0; row < m_rows.count(); ++row) {
@@ -265,6 +271,7 @@ void TaskListWidget::_startEditing(qsizetype row)
         _stopEditing(m_edited, false);
         row = m_rows.indexOf(id);
     }
+    m_pressed.reset();
     _selectOnly(row);
     // The edited row has a widget wherever it lies.
     m_rows.setEdited(row, m_rows.height(row));
@@ -321,6 +328,7 @@ void TaskListWidget::_selectionChanged()
 {
     TaskRowPanel::_selectionChanged();
     dynamic_singleton<ActionsHelper>::inst().editTask()->setEnabled(m_rows.current() >= 0);
+    announceSelection(this);
 }
 
 void TaskListWidget::mousePressEvent(QMouseEvent* event)
@@ -334,9 +342,10 @@ void TaskListWidget::mousePressEvent(QMouseEvent* event)
     const qsizetype pressed = rowAt(m_pressPoint);
     const TodoTask::Id id = pressed >= 0 ? m_rows.idAt(pressed) : TodoTask::Id();
     _startEditing(-1);
+    m_pressed = id;
+    m_leftDown = true;
     // Ending the edit may have taken a row away.
-    const qsizetype row =
-        m_rows.isValid(pressed) && m_rows.idAt(pressed) == id ? pressed : m_rows.indexOf(id);
+    const qsizetype row = _clickedRow(m_pressPoint);
     _holdRow(row);
     if (!extends(event) && (row < 0 || !m_rows.isSelected(row)))
         _clearSelection();
@@ -356,9 +365,23 @@ void TaskListWidget::mouseReleaseEvent(QMouseEvent* event)
     }
     m_mayDrag = false;
     _holdRow(-1);
-    const qsizetype row = rowAt(event->position().toPoint());
+    // One whose press went elsewhere, or the second of a double click, selects nothing.
+    if (!std::exchange(m_leftDown, false))
+        return;
+    const qsizetype row = _clickedRow(event->position().toPoint());
     if (!extends(event) && row >= 0)
         _selectOnly(row);
+}
+
+/// The row at a point; near the last press the row that was pressed, wherever the end of an edit
+/// has moved it since.
+qsizetype TaskListWidget::_clickedRow(const QPoint& point) const
+{
+    const int way = (point - m_pressPoint).manhattanLength();
+    if (!m_pressed || way >= QApplication::startDragDistance())
+        return rowAt(point);
+    const qsizetype row = rowAt(point);
+    return row >= 0 && m_rows.idAt(row) == *m_pressed ? row : m_rows.indexOf(*m_pressed);
 }
 
 void TaskListWidget::mouseDoubleClickEvent(QMouseEvent* event)
@@ -367,12 +390,15 @@ void TaskListWidget::mouseDoubleClickEvent(QMouseEvent* event)
         event->ignore();
         return;
     }
+    const qsizetype row = _clickedRow(event->position().toPoint());
     _clearSelection();
-    const qsizetype row = rowAt(event->position().toPoint());
-    if (row < 0)
+    if (row < 0) {
         newTask();
-    else
+    } else {
         _startEditing(row);
+        // Also the row that is being edited already.
+        _selectOnly(m_rows.edited());
+    }
 }
 
 void TaskListWidget::keyPressEvent(QKeyEvent* event)
@@ -451,12 +477,17 @@ void TaskListWidget::_followStore()
     const QList<TodoTask::Id> ids = m_group.tasks().toList();
     if (m_rows.matches(ids))
         return;
+    const int place = m_edited ? rowRect(m_rows.edited()).top() : 0;
     m_rows.assign(ids);
     if (m_edited && m_rows.edited() < 0) {
         m_edited->setEditing(false, false, false);
         m_edited = nullptr;
     }
     _rowsChanged();
+    if (m_edited)
+        // Where one types stays where it is while rows above come and go.
+        verticalScrollBar()->setValue(verticalScrollBar()->value() +
+                                      rowRect(m_rows.edited()).top() - place);
     _selectionChanged();
     _showHint();
 }
@@ -535,6 +566,7 @@ void TaskListWidget::_finishDrag(bool movedAway)
     m_dragging = false;
     // The drag swallowed the release.
     m_mayDrag = false;
+    m_leftDown = false;
     _holdRow(-1);
 }
 

@@ -8,6 +8,8 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include <optional>
+
 class DragGroup;
 class GroupHintWidget;
 class QDropEvent;
@@ -91,6 +93,7 @@ private:
     void _onGroupChanged(const FocusGroup::Id& id);
     void _followStore();
 
+    [[nodiscard]] qsizetype _clickedRow(const QPoint& point) const;
     [[nodiscard]] bool _isDragStart(const QMouseEvent* event) const;
     void _startDrag(Qt::KeyboardModifiers keys);
     void _finishDrag(bool movedAway);
@@ -108,5 +111,7 @@ private:
     QPixmap m_background;
     bool m_mayDrag = false; // the left button went down while nothing was edited
     bool m_dragging = false;
+    bool m_leftDown = false; // pressed in the list, outside of the edited row
     QPoint m_pressPoint;
+    std::optional<TodoTask::Id> m_pressed; // the task there, null for empty space
 };

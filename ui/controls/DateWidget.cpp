@@ -174,7 +174,8 @@ void DateWidget::showCalendarPopup(bool show)
     if (!m_popup) {
         m_popup = new CalendarPopup(this);
         const QDateTime value = getValue();
-        m_popup->setDateTime(value.isValid() ? value : Clock::now());
+        const QDateTime fallback = m_value.isValid() ? m_value : Clock::now();
+        m_popup->setDateTime(value.isValid() ? value : fallback);
         connect(m_popup, &CalendarPopup::dateTimeChanged, this,
                 &DateWidget::_onCalendarDateChanged);
     }
