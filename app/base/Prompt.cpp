@@ -1,8 +1,11 @@
 #include "app/base/Prompt.h"
 
+#include <QFileDialog>
+
 namespace {
 Prompt::Answerer presetAnswerer;
-}
+Prompt::SaveAnswerer presetSaveAnswerer;
+} // namespace
 
 QMessageBox::StandardButton Prompt::ask(QWidget* parent, const Question& question)
 {
@@ -14,7 +17,19 @@ QMessageBox::StandardButton Prompt::ask(QWidget* parent, const Question& questio
     return static_cast<QMessageBox::StandardButton>(box.exec());
 }
 
+QString Prompt::askSaveFile(QWidget* parent, const SaveQuestion& question)
+{
+    if (presetSaveAnswerer)
+        return presetSaveAnswerer(question);
+    return QFileDialog::getSaveFileName(parent, question.caption, question.folder, question.filter);
+}
+
 void Prompt::setAnswerer(const Answerer& answerer)
 {
     presetAnswerer = answerer;
+}
+
+void Prompt::setSaveAnswerer(const SaveAnswerer& answerer)
+{
+    presetSaveAnswerer = answerer;
 }

@@ -1,11 +1,11 @@
-// Message boxes, behind one seam that tests can answer for the user.
+// Message boxes and the save-file dialog, behind one seam that tests can answer for the user.
 #pragma once
 
 #include <QMessageBox>
 
 #include <functional>
 
-/// Shows modal message boxes. Interface thread.
+/// Shows modal boxes. Interface thread.
 class Prompt
 {
 public:
@@ -21,9 +21,23 @@ public:
     };
     using Answerer = std::function<QMessageBox::StandardButton(const Question&)>;
 
+    struct SaveQuestion
+    {
+        QString caption;
+        QString folder; ///< where the dialog starts
+        QString filter; ///< as QFileDialog takes it
+    };
+    using SaveAnswerer = std::function<QString(const SaveQuestion&)>;
+
     /// Shows the box and returns the button that closed it.
     static QMessageBox::StandardButton ask(QWidget* parent, const Question& question);
 
-    /// Answers every later question instead of the user; an empty function ends that.
+    /// Asks for a file to write and returns its path as chosen; empty when cancelled. What is to
+    /// be overwritten the user has confirmed.
+    static QString askSaveFile(QWidget* parent, const SaveQuestion& question);
+
+    // Each answers every later question of its kind instead of the user; an empty function ends
+    // that.
     static void setAnswerer(const Answerer& answerer);
+    static void setSaveAnswerer(const SaveAnswerer& answerer);
 };
