@@ -1,34 +1,48 @@
 #include "ui/ActionsHelper.h"
 
+#include "ui/Shortcuts.h"
 #include "ui/icons/PictureIcon.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-QAction* made(std::unique_ptr<QAction>& action, const QString& icon, const QString& text)
+/// The tool tip names the key that works all over the window; the action itself has none.
+void setTexts(QAction& action, const QString& text, const QKeySequence& keys)
 {
-    if (!action)
-        action = std::make_unique<QAction>(icons::fromPictures({icon}), text);
+    action.setText(text);
+    if (!keys.isEmpty())
+        action.setToolTip(u"%1 (%2)"_s.arg(text, shortcuts::textOf(keys)));
+}
+
+QAction* made(std::unique_ptr<QAction>& action, const QString& icon, const QString& text,
+              const QKeySequence& keys = {})
+{
+    if (!action) {
+        action = std::make_unique<QAction>();
+        action->setIcon(icons::fromPictures({icon}));
+        setTexts(*action, text, keys);
+    }
     return action.get();
 }
 
-void retranslate(const std::unique_ptr<QAction>& action, const QString& text)
+void retranslate(const std::unique_ptr<QAction>& action, const QString& text,
+                 const QKeySequence& keys = {})
 {
     if (action)
-        action->setText(text);
+        setTexts(*action, text, keys);
 }
 
 } // namespace
 
 QAction* ActionsHelper::newTask()
 {
-    return made(m_newTask, u":/icons/toolbar_new"_s, tr("New"));
+    return made(m_newTask, u":/icons/toolbar_new"_s, tr("New"), shortcuts::newTask);
 }
 
 QAction* ActionsHelper::editTask()
 {
-    return made(m_editTask, u":/icons/toolbar_edit"_s, tr("Edit"));
+    return made(m_editTask, u":/icons/toolbar_edit"_s, tr("Edit"), shortcuts::editTask);
 }
 
 QAction* ActionsHelper::switchView()
@@ -43,8 +57,8 @@ QAction* ActionsHelper::cleanup()
 
 void ActionsHelper::retranslateUI()
 {
-    retranslate(m_newTask, tr("New"));
-    retranslate(m_editTask, tr("Edit"));
+    retranslate(m_newTask, tr("New"), shortcuts::newTask);
+    retranslate(m_editTask, tr("Edit"), shortcuts::editTask);
     retranslate(m_switchView, tr("Toggle view"));
     retranslate(m_cleanup, tr("Cleanup"));
 }

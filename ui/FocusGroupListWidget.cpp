@@ -1,18 +1,85 @@
 #include "ui/FocusGroupListWidget.h"
 
+#include "app/base/DayWatch.h"
+#include "app/base/ProductHelper.h"
+#include "app/base/Prompt.h"
+#include "app/base/dynamic_singleton.h"
+#include "app/core/GroupName.h"
 #include "app/core/TaskCore.h"
+#include "taskdb/export/ExportDialog.h"
+#include "ui/DragAutoScroll.h"
+#include "ui/DragHelper.h"
+#include "ui/EditGroupDialog.h"
 #include "ui/FocusGroupWidget.h"
+#include "ui/Shortcuts.h"
 
-#include <QKeyEvent>
-#include <QMouseEvent>
+#include <QApplication>
+#include <QContextMenuEvent>
+#include <QDrag>
+#include <QMenu>
+#include <QMimeData>
+#include <QPainter>
 #include <QScrollBar>
 #include <QVBoxLayout>
 
+#include <boost/make_shared.hpp>
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qreal dragOpacity = 0.8;
+
+bool isGroupDrag(const QMimeData* data)
+{
+    const QString format = DragHelper::dragMimeType();
+    if (!data->hasFormat(format))
+        return false;
+    const auto drag = dynamic_singleton<DragHelper>::inst().dragGroup(data->data(format));
+    return drag && drag->type() == DragGroup::GroupDrag;
+}
+
+bool confirmed(QWidget* parent, const QString& text, QMessageBox::StandardButton yes,
+               QMessageBox::StandardButton no)
+{
+    Prompt::Question question;
+    question.icon = QMessageBox::Question;
+    question.title = ProductHelper::productDisplayName();
+    question.text = text;
+    question.buttons = yes | no;
+    question.defaultButton = no;
+    return Prompt::ask(parent, question) == yes;
+}
+
+/// The entry as it looks, on a transparent ground.
+QPixmap pictureOf(QWidget* entry)
+{
+    const qreal ratio = entry->devicePixelRatioF();
+    QPixmap face(entry->size() * ratio);
+    face.setDevicePixelRatio(ratio);
+    face.fill(Qt::transparent);
+    entry->render(&face, {}, {}, QWidget::DrawChildren);
+    QPixmap picture(face.size());
+    picture.setDevicePixelRatio(ratio);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    painter.setOpacity(dragOpacity);
+    painter.drawPixmap(0, 0, face);
+    return picture;
+}
+
+} // namespace
+
 FocusGroupListWidget::FocusGroupListWidget(QWidget* parent)
     : ScrollPanel(parent)
+    , m_background(u":/image/backgroundpattern"_s)
+    , m_autoScroll(new DragAutoScroll(this))
 {
     // The keys belong to the task list, also after a click here.
     setFocusPolicy(Qt::NoFocus);
+    setAcceptDrops(true);
     setAccessibleName(tr("Groups"));
 
     auto* content = new QWidget;
@@ -30,6 +97,8 @@ FocusGroupListWidget::FocusGroupListWidget(QWidget* parent)
 
     connect(&taskStorage(), &TaskStorage::groupChanged, this,
             &FocusGroupListWidget::_onGroupChanged);
+    connect(&taskStorage(), &TaskStorage::taskChanged, this, &FocusGroupListWidget::_onTaskChanged);
+    connect(new DayWatch(this), &DayWatch::dayChanged, this, &FocusGroupListWidget::_onDayChanged);
     setCurrentGroup(TaskStorage::ms_inboxId);
 }
 
@@ -39,21 +108,78 @@ void FocusGroupListWidget::_loadGroups()
     taskStorage().enumGroups(ids);
     _addEntry(TaskStorage::ms_inboxId, m_mainLayout);
     m_mainLayout->addLayout(m_customLayout);
-    for (const FocusGroup::Id& id : std::as_const(ids)) {
-        if (TaskStorage::isCustom(id))
-            _addEntry(id, m_customLayout);
-    }
     m_mainLayout->addStretch(1);
     _addEntry(TaskStorage::ms_completedId, m_mainLayout);
     _addEntry(TaskStorage::ms_trashId, m_mainLayout);
+    for (const FocusGroup::Id& id : std::as_const(ids)) {
+        if (TaskStorage::isCustom(id))
+            _addGroup(id);
+    }
+    _numberEntries();
 }
 
-void FocusGroupListWidget::_addEntry(const FocusGroup::Id& id, QVBoxLayout* layout)
+/// Custom groups stand between Inbox and Completed, in the order in which they are added.
+FocusGroupWidget* FocusGroupListWidget::_addGroup(const FocusGroup::Id& id)
+{
+    if (id.isNull())
+        return nullptr;
+    FocusGroupWidget* entry = _addEntry(id, m_customLayout);
+    m_entries.move(m_entries.size() - 1, m_entries.size() - 3);
+    return entry;
+}
+
+FocusGroupWidget* FocusGroupListWidget::_addEntry(const FocusGroup::Id& id, QVBoxLayout* layout)
 {
     auto* entry = new FocusGroupWidget(id, this);
     layout->addWidget(entry);
+    // A layout shows what it was given only later, and leaves out what is hidden.
+    entry->show();
     m_entries.append(entry);
     m_byId.insert(id, entry);
+    connect(entry, &FocusGroupWidget::draggedOver, this,
+            [this, entry](const QPoint& point) { _followDrag(entry->mapTo(viewport(), point)); });
+    connect(entry, &FocusGroupWidget::dragGone, m_autoScroll, &DragAutoScroll::stop);
+    return entry;
+}
+
+void FocusGroupListWidget::_dropEntry(FocusGroupWidget* entry)
+{
+    m_entries.removeOne(entry);
+    m_byId.remove(entry->groupId());
+    m_customLayout->removeWidget(entry);
+    entry->hide();
+    entry->deleteLater();
+}
+
+/// After entries came, went or changed places.
+void FocusGroupListWidget::_numberEntries()
+{
+    m_current = -1;
+    for (qsizetype i = 0; i < m_entries.size(); ++i) {
+        if (m_entries.at(i)->groupId() == m_groupId)
+            m_current = i;
+        m_entries.at(i)->setShortcut(shortcuts::textOf(shortcuts::nthGroup(i)));
+    }
+}
+
+void FocusGroupListWidget::refresh()
+{
+    const FocusGroup::Id current = std::exchange(m_groupId, FocusGroup::Id());
+    const QList<FocusGroupWidget*> old = m_entries;
+    for (FocusGroupWidget* entry : old) {
+        if (TaskStorage::isCustom(entry->groupId()))
+            _dropEntry(entry);
+    }
+    QList<FocusGroup::Id> ids;
+    taskStorage().enumGroups(ids);
+    for (const FocusGroup::Id& id : std::as_const(ids)) {
+        if (TaskStorage::isCustom(id))
+            _addGroup(id);
+    }
+    widget()->layout()->activate();
+    _numberEntries();
+    _scheduleUpdate();
+    setCurrentGroup(m_byId.contains(current) ? current : TaskStorage::ms_inboxId);
 }
 
 void FocusGroupListWidget::setCurrentGroup(const FocusGroup::Id& id)
@@ -61,22 +187,79 @@ void FocusGroupListWidget::setCurrentGroup(const FocusGroup::Id& id)
     if (id.isNull() || id == m_groupId)
         return;
     m_groupId = id;
-    for (FocusGroupWidget* entry : std::as_const(m_entries))
-        entry->setSelected(entry->groupId() == id);
-    if (FocusGroupWidget* current = m_byId.value(id)) {
-        const QMargins margins = m_mainLayout->contentsMargins();
-        ensureWidgetVisible(current, margins.left(), margins.bottom());
+    m_current = -1;
+    for (qsizetype i = 0; i < m_entries.size(); ++i) {
+        const bool found = m_entries.at(i)->groupId() == id;
+        m_entries.at(i)->setSelected(found);
+        if (found)
+            m_current = i;
     }
+    if (m_current >= 0)
+        _makeVisible(m_entries.at(m_current));
     Q_EMIT activated(id);
+}
+
+void FocusGroupListWidget::setCurrentIndex(qsizetype index)
+{
+    if (index >= 0 && index < m_entries.size())
+        setCurrentGroup(m_entries.at(index)->groupId());
+}
+
+void FocusGroupListWidget::_makeVisible(FocusGroupWidget* entry)
+{
+    const QMargins margins = m_mainLayout->contentsMargins();
+    if (widget()) {
+        // A new entry has its place only after that.
+        widget()->layout()->activate();
+        ensureWidgetVisible(entry, margins.left(), margins.bottom());
+    }
+}
+
+void FocusGroupListWidget::paintEvent(QPaintEvent* event)
+{
+    ScrollPanel::paintEvent(event);
+    if (std::exchange(m_painted, true))
+        return;
+    // The window is there first; the numbers come a moment later.
+    _scheduleUpdate();
+}
+
+FocusGroupWidget* FocusGroupListWidget::_entryAt(const QPoint& point) const
+{
+    const QPoint inContent =
+        point + QPoint(horizontalScrollBar()->value(), verticalScrollBar()->value());
+    for (FocusGroupWidget* entry : m_entries) {
+        if (entry->geometry().contains(inContent))
+            return entry;
+    }
+    return nullptr;
 }
 
 void FocusGroupListWidget::mousePressEvent(QMouseEvent* event)
 {
     if (event->button() != Qt::LeftButton)
         return;
-    const qsizetype pressed = _findWidgetByPos(event->position().toPoint());
-    if (pressed >= 0)
-        setCurrentGroup(m_entries.at(pressed)->groupId());
+    m_leftDown = true;
+    m_pressPoint = event->position().toPoint();
+    if (const FocusGroupWidget* entry = _entryAt(m_pressPoint))
+        setCurrentGroup(entry->groupId());
+}
+
+void FocusGroupListWidget::mouseReleaseEvent(QMouseEvent* event)
+{
+    if (event->button() == Qt::LeftButton)
+        m_leftDown = false;
+}
+
+void FocusGroupListWidget::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    if (event->button() != Qt::LeftButton)
+        return;
+    const FocusGroupWidget* entry = _entryAt(event->position().toPoint());
+    if (!entry)
+        _onAddGroup();
+    else if (TaskStorage::isCustom(entry->groupId()))
+        _onEditGroup();
 }
 
 void FocusGroupListWidget::keyPressEvent(QKeyEvent* /*event*/)
@@ -84,33 +267,238 @@ void FocusGroupListWidget::keyPressEvent(QKeyEvent* /*event*/)
     // The keys belong to the task list.
 }
 
-qsizetype FocusGroupListWidget::_findWidgetByPos(const QPoint& point) const
+/// The entry that this move of the mouse begins to drag, or null.
+FocusGroupWidget* FocusGroupListWidget::_dragSource(const QMouseEvent* event) const
 {
-    const QPoint inContent =
-        point + QPoint(horizontalScrollBar()->value(), verticalScrollBar()->value());
-    for (qsizetype i = 0; i < m_entries.size(); ++i) {
-        if (m_entries.at(i)->geometry().contains(inContent))
-            return i;
+    const QPoint way = event->position().toPoint() - m_pressPoint;
+    if (!m_leftDown || m_dragging || way.manhattanLength() < QApplication::startDragDistance())
+        return nullptr;
+    FocusGroupWidget* entry = _entryAt(m_pressPoint);
+    return entry && TaskStorage::isCustom(entry->groupId()) ? entry : nullptr;
+}
+
+void FocusGroupListWidget::mouseMoveEvent(QMouseEvent* event)
+{
+    if (FocusGroupWidget* entry = _dragSource(event))
+        _startDrag(entry);
+}
+
+void FocusGroupListWidget::_startDrag(FocusGroupWidget* entry)
+{
+    const auto group = boost::make_shared<DragGroup>(DragGroup::GroupDrag);
+    group->setGroupId(entry->groupId());
+    auto& registry = dynamic_singleton<DragHelper>::inst();
+    const int id = registry.startDrag(group);
+
+    auto* number = new QMimeData;
+    number->setData(DragHelper::dragMimeType(), QByteArray::number(id));
+    auto* drag = new QDrag(this);
+    drag->setMimeData(number);
+    drag->setPixmap(pictureOf(entry));
+    drag->setHotSpot(entry->mapFrom(viewport(), m_pressPoint));
+
+    m_dragging = true;
+    const QPointer<FocusGroupListWidget> self(this);
+    const Qt::DropAction action = drag->exec(Qt::MoveAction);
+    registry.dragDone(id);
+    if (!self)
+        return;
+    if (action == Qt::MoveAction)
+        refresh();
+    m_dragging = false;
+    // The drag swallowed the release.
+    m_leftDown = false;
+}
+
+void FocusGroupListWidget::dragEnterEvent(QDragEnterEvent* event)
+{
+    if (isGroupDrag(event->mimeData()))
+        event->acceptProposedAction();
+    else
+        event->ignore();
+}
+
+void FocusGroupListWidget::dragMoveEvent(QDragMoveEvent* event)
+{
+    _followDrag(event->position().toPoint());
+}
+
+void FocusGroupListWidget::dragLeaveEvent(QDragLeaveEvent* /*event*/)
+{
+    m_autoScroll->stop();
+}
+
+/// Between the entries there is nothing to be done.
+void FocusGroupListWidget::dropEvent(QDropEvent* /*event*/)
+{
+    m_autoScroll->stop();
+}
+
+void FocusGroupListWidget::_followDrag(const QPoint& point)
+{
+    m_autoScroll->follow(point);
+}
+
+void FocusGroupListWidget::contextMenuEvent(QContextMenuEvent* event)
+{
+    m_menuEntry = _entryAt(viewport()->mapFromGlobal(event->globalPos()));
+    _buildMenu();
+    m_menu->popup(event->globalPos());
+}
+
+void FocusGroupListWidget::_buildMenu()
+{
+    if (m_menu)
+        m_menu->deleteLater();
+    m_menu = new QMenu(this);
+    const FocusGroup::Id id = m_menuEntry ? m_menuEntry->groupId() : FocusGroup::Id();
+    const bool custom = m_menuEntry && TaskStorage::isCustom(id);
+
+    QAction* edit = m_menu->addAction(tr("Edit"), this, &FocusGroupListWidget::_onEditGroup);
+    QFont bold = edit->font();
+    bold.setBold(true);
+    edit->setFont(bold);
+    edit->setVisible(custom);
+    m_menu->addAction(tr("Add group"), this, &FocusGroupListWidget::_onAddGroup)
+        ->setVisible(id != TaskStorage::ms_completedId && id != TaskStorage::ms_trashId);
+    QAction* empty = m_menu->addAction(tr("Empty"), this, &FocusGroupListWidget::_onEmptyTrash);
+    empty->setVisible(id == TaskStorage::ms_trashId);
+    if (id == TaskStorage::ms_trashId) {
+        // In a menu an ampersand marks a key.
+        const QString name = shownGroupName(m_menuEntry->group()).replace(u'&', "&&"_L1);
+        empty->setText(tr("Empty %1").arg(name));
+        empty->setEnabled(!taskStorage().getGroup(id).tasks().isEmpty());
     }
-    return -1;
+    m_menu->addSeparator();
+    m_menu->addAction(tr("Remove"), this, &FocusGroupListWidget::_onRemoveGroup)
+        ->setVisible(custom);
+    m_menu->addSeparator();
+    m_menu->addAction(tr("Export..."), this, &FocusGroupListWidget::_onExport)
+        ->setShortcut(shortcuts::exportTasks);
+}
+
+void FocusGroupListWidget::_onAddGroup()
+{
+    EditGroupDialog dialog(window());
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    const FocusGroup::Id id = taskStorage().createGroup(dialog.groupName(), dialog.iconName());
+    if (!_addGroup(id))
+        return;
+    _numberEntries();
+    _scheduleUpdate();
+    setCurrentGroup(id);
+}
+
+void FocusGroupListWidget::_onEditGroup()
+{
+    if (m_groupId.isNull() || m_current < 0)
+        return;
+    const FocusGroup::Id id = m_groupId;
+    const FocusGroup record = m_entries.at(m_current)->group();
+    EditGroupDialog dialog(record.name(), record.iconName(), window());
+    if (dialog.exec() != QDialog::Accepted || !m_byId.contains(id))
+        return;
+    m_byId.value(id)->edited(dialog.groupName(), dialog.iconName());
+    Q_EMIT changed(id);
+}
+
+void FocusGroupListWidget::_onRemoveGroup()
+{
+    const FocusGroup::Id id = m_groupId;
+    if (id.isNull() || !TaskStorage::isCustom(id))
+        return;
+    if (!confirmed(window(), tr("Do you really want to remove the selected group?"),
+                   QMessageBox::Yes, QMessageBox::No))
+        return;
+    if (FocusGroupWidget* entry = m_byId.value(id))
+        _dropEntry(entry);
+    taskStorage().removeGroup(id);
+    // Nobody tells that the Trash has its tasks now.
+    _scheduleUpdate();
+    _numberEntries();
+    setCurrentGroup(TaskStorage::ms_inboxId);
+}
+
+void FocusGroupListWidget::_onEmptyTrash()
+{
+    if (confirmed(window(),
+                  tr("Once your tasks leave the trash group you can't get them back. Continue?"),
+                  QMessageBox::Ok, QMessageBox::Cancel))
+        taskStorage().emptyTrash();
+}
+
+void FocusGroupListWidget::_onExport()
+{
+    const FocusGroup::Id id = m_menuEntry ? m_menuEntry->groupId() : FocusGroup::Id();
+    m_menuEntry = nullptr;
+    ExportDialog::showMe(window(), id);
+}
+
+void FocusGroupListWidget::_onHighlightGroups(const TodoTask::Id& taskId)
+{
+    for (FocusGroupWidget* entry : std::as_const(m_entries))
+        entry->setHighlighted(entry->group().contains(taskId));
+}
+
+void FocusGroupListWidget::_onTaskChanged(const TodoTask::Id& id)
+{
+    if (id.isNull())
+        return;
+    const TaskSections::Change change = m_sections.update(id);
+    if (change.before == change.after)
+        return;
+    for (FocusGroupWidget* entry : std::as_const(m_entries)) {
+        if (!entry->isStale() && entry->group().contains(id))
+            entry->recount(change);
+    }
 }
 
 void FocusGroupListWidget::_onGroupChanged(const FocusGroup::Id& id)
 {
     if (FocusGroupWidget* entry = m_byId.value(id))
         entry->invalidate();
-    // Tasks that end up in the Trash are told of by the group they left only.
-    m_byId.value(TaskStorage::ms_trashId)->invalidate();
-    if (m_refreshPending)
-        return;
-    // Bulk changes tell of every single task: look once, when they are done.
-    m_refreshPending = true;
-    QMetaObject::invokeMethod(this, &FocusGroupListWidget::_refreshEntries, Qt::QueuedConnection);
+    _scheduleUpdate();
 }
 
-void FocusGroupListWidget::_refreshEntries()
+void FocusGroupListWidget::_onDayChanged()
 {
-    m_refreshPending = false;
+    m_sections.clear();
+    _invalidateAll();
+}
+
+void FocusGroupListWidget::_invalidateAll()
+{
     for (FocusGroupWidget* entry : std::as_const(m_entries))
-        entry->refresh();
+        entry->invalidate();
+    _scheduleUpdate();
+}
+
+/// Bulk changes tell of every single task: what is shown changes once, when they are done.
+void FocusGroupListWidget::_scheduleUpdate()
+{
+    if (m_updatePending || !m_painted)
+        return;
+    m_updatePending = true;
+    QMetaObject::invokeMethod(this, &FocusGroupListWidget::_updateEntries, Qt::QueuedConnection);
+}
+
+void FocusGroupListWidget::_updateEntries()
+{
+    m_updatePending = false;
+    // Tasks that end up in the Trash are told of by the group they left only.
+    FocusGroupWidget* trash = m_byId.value(TaskStorage::ms_trashId);
+    if (trash->hasOtherSize())
+        trash->invalidate();
+    for (FocusGroupWidget* entry : std::as_const(m_entries)) {
+        if (entry->isStale())
+            entry->refresh(m_sections);
+    }
+}
+
+void FocusGroupListWidget::changeEvent(QEvent* event)
+{
+    ScrollPanel::changeEvent(event);
+    if (event->type() == QEvent::LanguageChange)
+        setAccessibleName(tr("Groups"));
 }

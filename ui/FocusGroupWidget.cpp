@@ -1,43 +1,77 @@
 #include "ui/FocusGroupWidget.h"
 
 #include "app/base/dynamic_singleton.h"
+#include "app/core/GroupName.h"
 #include "app/core/TaskCore.h"
+#include "ui/CountWidget.h"
+#include "ui/DragHelper.h"
+#include "ui/PlainToolTip.h"
 #include "ui/controls/StyleHelper.h"
 #include "ui/icons/IconsHelper.h"
 
+#include <QDropEvent>
 #include <QHBoxLayout>
+#include <QHelpEvent>
 #include <QLabel>
+#include <QMimeData>
 #include <QPainter>
-#include <QResizeEvent>
+#include <QToolTip>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
 constexpr qreal cornerRadius = 5;
 constexpr int iconSize = 20;
+constexpr qreal highlightOpacity = 0.6;
+constexpr QColor highlightFrame(0xA9, 0xC2, 0x89);
+constexpr int titleLightness = 150; // per cent
+constexpr std::array sectionColours = {fancy::DueNow, fancy::DueSoon, fancy::DueLater};
+
+boost::shared_ptr<DragGroup> dragOf(const QMimeData* data)
+{
+    return dynamic_singleton<DragHelper>::inst().dragGroup(data->data(DragHelper::dragMimeType()));
+}
+
 } // namespace
 
 FocusGroupWidget::FocusGroupWidget(const FocusGroup::Id& id, QWidget* parent)
     : QWidget(parent)
     , m_id(id)
-    , m_group(taskStorage().getGroup(id))
     , m_icon(new QLabel(this))
     , m_name(new QLabel(this))
+    , m_countBar(new CountWidget(static_cast<int>(sectionColours.size()), this))
 {
-    auto* layout = new QHBoxLayout(this);
-    layout->setContentsMargins(3, 3, 3, 4);
-    layout->setSpacing(5);
-    m_icon->setFixedSize(iconSize, iconSize);
-    m_name->setTextFormat(Qt::PlainText);
-    m_name->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
-    QPalette colours = m_name->palette();
-    colours.setColor(QPalette::WindowText, fancy::color(fancy::TextDark));
-    m_name->setPalette(colours);
-    layout->addWidget(m_icon);
-    layout->addWidget(m_name, 1);
+    _createLayout();
+    setAcceptDrops(true);
     setAttribute(Qt::WA_Hover);
     _setIcon();
     _setElidedName();
+}
+
+void FocusGroupWidget::_createLayout()
+{
+    m_icon->setFixedSize(iconSize, iconSize);
+    m_name->setTextFormat(Qt::PlainText);
+    m_name->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    const QColor dark = fancy::color(fancy::TextDark);
+    QPalette colours = m_name->palette();
+    colours.setColor(QPalette::WindowText, dark);
+    m_name->setPalette(colours);
+    for (size_t i = 0; i < sectionColours.size(); ++i) {
+        const int section = static_cast<int>(i);
+        m_countBar->setSectionColor(section, fancy::color(sectionColours.at(i)));
+        m_countBar->setSectionTitleColor(section, dark.lighter(titleLightness));
+    }
+
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(3, 3, 3, 4);
+    layout->setSpacing(5);
+    layout->addWidget(m_icon);
+    layout->addWidget(m_name, 1);
+    layout->addWidget(m_countBar, 0, Qt::AlignVCenter);
 }
 
 const FocusGroup& FocusGroupWidget::group() const
@@ -49,18 +83,72 @@ const FocusGroup& FocusGroupWidget::group() const
     return m_group;
 }
 
-void FocusGroupWidget::refresh()
+void FocusGroupWidget::invalidate()
 {
-    if (group().tasks().isEmpty() != m_shownEmpty)
+    m_stale = true;
+    m_uncounted = true;
+}
+
+bool FocusGroupWidget::hasOtherSize() const
+{
+    return taskStorage().getGroup(m_id).tasks().size() != m_shownSize;
+}
+
+void FocusGroupWidget::refresh(TaskSections& sections)
+{
+    m_uncounted = false;
+    m_shownSize = group().tasks().size();
+    if ((m_shownSize == 0) != m_shownEmpty)
         _setIcon();
+    m_counts = sections.count(group().tasks());
+    _showCounts();
+}
+
+void FocusGroupWidget::recount(const TaskSections::Change& change)
+{
+    if (change.before != TaskSections::none)
+        --m_counts.at(static_cast<size_t>(change.before));
+    if (change.after != TaskSections::none)
+        ++m_counts.at(static_cast<size_t>(change.after));
+    _showCounts();
+}
+
+void FocusGroupWidget::_showCounts()
+{
+    for (int section = 0; section < m_countBar->sectionsCount(); ++section)
+        m_countBar->setSectionValue(section, m_counts.at(static_cast<size_t>(section)));
+    m_countBar->updateGeometry();
+    m_countBar->update();
+    // The name has more or less room now.
+    layout()->activate();
+    _setElidedName();
+}
+
+void FocusGroupWidget::edited(const QString& name, const QString& iconName)
+{
+    FocusGroup record = group();
+    record.rename(name);
+    record.setIconName(iconName);
+    m_stale = true;
+    _setIcon();
+    _setElidedName();
+}
+
+void FocusGroupWidget::_setBit(uint bit, bool on)
+{
+    const uint state = on ? m_state | bit : m_state & ~bit;
+    if (std::exchange(m_state, state) != state)
+        update();
 }
 
 void FocusGroupWidget::setSelected(bool selected)
 {
-    if (selected == this->selected())
-        return;
-    m_state ^= selectedBit;
-    update();
+    _setBit(selectedBit, selected);
+}
+
+void FocusGroupWidget::setHighlighted(bool highlighted)
+{
+    _setBit(highlightBit, highlighted);
 }
 
 void FocusGroupWidget::_setIcon()
@@ -73,12 +161,32 @@ void FocusGroupWidget::_setIcon()
 
 void FocusGroupWidget::_setElidedName()
 {
-    const QString name = group().name().simplified();
-    const QString shown = m_name->fontMetrics().elidedText(name, Qt::ElideRight, m_name->width());
-    m_name->setText(shown);
-    // A tool tip guesses its format: only escaped text is safe from that.
-    setToolTip(shown == name ? QString() : QString(u"<p>"_s + name.toHtmlEscaped() + u"</p>"_s));
-    setAccessibleName(name);
+    const QString name = shownGroupName(group()).simplified();
+    m_name->setText(m_name->fontMetrics().elidedText(name, Qt::ElideRight, m_name->width()));
+    QStringList parts = {name};
+    const std::array texts = {tr("%1 due now"), tr("%1 soon"), tr("%1 later")};
+    for (size_t section = 0; section < texts.size(); ++section) {
+        if (m_counts.at(section) > 0)
+            parts += texts.at(section).arg(m_counts.at(section));
+    }
+    setAccessibleName(parts.join(u", "_s));
+}
+
+/// The full name where it is cut, and the key.
+QString FocusGroupWidget::_toolTip() const
+{
+    const QString name = shownGroupName(group()).simplified();
+    if (m_shortcut.isEmpty() && m_name->text() == name)
+        return {};
+    return plainToolTip(m_shortcut.isEmpty() ? name : u"%1 (%2)"_s.arg(name, m_shortcut));
+}
+
+bool FocusGroupWidget::event(QEvent* event)
+{
+    if (event->type() != QEvent::ToolTip)
+        return QWidget::event(event);
+    QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), _toolTip(), this);
+    return true;
 }
 
 void FocusGroupWidget::paintEvent(QPaintEvent* event)
@@ -86,8 +194,16 @@ void FocusGroupWidget::paintEvent(QPaintEvent* event)
     if (m_state != 0) {
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(QPen(fancy::color(fancy::Frame), 1));
-        painter.setBrush(fancy::color(selected() ? fancy::GroupSelected : fancy::PanelFill));
+        const bool over = (m_state & dragOverBit) != 0;
+        QColor frame = fancy::color(over ? fancy::FrameStrong : fancy::Frame);
+        QColor fill = fancy::color(selected() ? fancy::GroupSelected : fancy::PanelFill);
+        if (highlighted()) {
+            painter.setOpacity(highlightOpacity);
+            frame = highlightFrame;
+            fill = fancy::color(fancy::GroupHighlight);
+        }
+        painter.setPen(QPen(frame, 1));
+        painter.setBrush(fill);
         painter.drawRoundedRect(QRectF(1, 1, width() - 2, height() - 3), cornerRadius,
                                 cornerRadius);
     }
@@ -104,6 +220,13 @@ void FocusGroupWidget::resizeEvent(QResizeEvent* event)
     _setElidedName();
 }
 
+void FocusGroupWidget::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::LanguageChange || event->type() == QEvent::FontChange)
+        _setElidedName();
+}
+
 void FocusGroupWidget::enterEvent(QEnterEvent* /*event*/)
 {
     m_state |= hoverBit;
@@ -112,4 +235,71 @@ void FocusGroupWidget::enterEvent(QEnterEvent* /*event*/)
 void FocusGroupWidget::leaveEvent(QEvent* /*event*/)
 {
     m_state &= ~hoverBit;
+}
+
+bool FocusGroupWidget::_takes(const DragGroup& drag) const
+{
+    if (drag.type() == DragGroup::GroupDrag)
+        return TaskStorage::isCustom(m_id) && drag.groupId() != m_id;
+    if (drag.tasks().contains(m_id))
+        return false;
+    const auto held = [this](const TodoTask::Id& id) { return group().contains(id); };
+    return std::none_of(drag.tasks().cbegin(), drag.tasks().cend(),
+                        [held](const QList<TodoTask::Id>& ids) {
+                            return std::any_of(ids.cbegin(), ids.cend(), held);
+                        });
+}
+
+void FocusGroupWidget::dragEnterEvent(QDragEnterEvent* event)
+{
+    const boost::shared_ptr<DragGroup> drag = dragOf(event->mimeData());
+    if (!drag || !_takes(*drag)) {
+        event->ignore();
+        return;
+    }
+    event->setDropAction(Qt::MoveAction);
+    event->accept();
+    _setBit(dragOverBit, true);
+}
+
+void FocusGroupWidget::dragMoveEvent(QDragMoveEvent* event)
+{
+    Q_EMIT draggedOver(event->position().toPoint());
+}
+
+void FocusGroupWidget::dragLeaveEvent(QDragLeaveEvent* /*event*/)
+{
+    _setBit(dragOverBit, false);
+    Q_EMIT dragGone();
+}
+
+void FocusGroupWidget::dropEvent(QDropEvent* event)
+{
+    _setBit(dragOverBit, false);
+    Q_EMIT dragGone();
+    const boost::shared_ptr<DragGroup> drag = dragOf(event->mimeData());
+    // The store may have changed since the drag came in.
+    if (!drag || !_takes(*drag)) {
+        event->ignore();
+        return;
+    }
+    if (drag->type() == DragGroup::GroupDrag)
+        taskStorage().moveGroup(m_id, drag->groupId());
+    else
+        _takeTasks(*drag);
+    event->acceptProposedAction();
+}
+
+/// Into Trash and Completed tasks are always moved.
+void FocusGroupWidget::_takeTasks(DragGroup& drag)
+{
+    const bool copies =
+        drag.isCopy() && m_id != TaskStorage::ms_trashId && m_id != TaskStorage::ms_completedId;
+    drag.setResult(copies ? DragGroup::Copied : DragGroup::Moved);
+    for (auto source = drag.tasks().cbegin(); source != drag.tasks().cend(); ++source) {
+        if (copies)
+            taskStorage().addTasks(m_id, source.value());
+        else
+            taskStorage().moveTasks(source.key(), m_id, source.value());
+    }
 }

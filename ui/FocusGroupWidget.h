@@ -2,12 +2,16 @@
 #pragma once
 
 #include "taskdb/FocusGroup.h"
+#include "ui/TaskSections.h"
 
 #include <QWidget>
 
+class CountWidget;
+class DragGroup;
 class QLabel;
 
-/// Shows a group's icon and its name, cut to fit. Lets the mouse through to the panel.
+/// Shows a group's icon, its name, cut to fit, and how many open tasks it has by due date. Takes
+/// drops of tasks and of other groups. Lets the mouse through to the panel.
 class FocusGroupWidget : public QWidget
 {
     Q_OBJECT
@@ -19,32 +23,70 @@ public:
     /// The record as the store has it; read when it is asked for. A copy taken at every change
     /// would have the store duplicate parts of the group at the next.
     [[nodiscard]] const FocusGroup& group() const;
-    /// The group changed in the store.
-    void invalidate() { m_stale = true; }
+    /// The group changed in the store, its tasks perhaps as well.
+    void invalidate();
+    /// Whether the group changed since the last refresh().
+    [[nodiscard]] bool isStale() const { return m_uncounted; }
+    /// Whether the group has another number of tasks than at the last refresh().
+    [[nodiscard]] bool hasOtherSize() const;
     /// Brings what is shown into line with the group.
-    void refresh();
+    void refresh(TaskSections& sections);
+    /// One task of the group counts in another section now.
+    void recount(const TaskSections::Change& change);
+    /// Gives the group these properties, in the store as well.
+    void edited(const QString& name, const QString& iconName);
 
     [[nodiscard]] bool selected() const { return (m_state & selectedBit) != 0; }
     void setSelected(bool selected);
+    [[nodiscard]] bool highlighted() const { return (m_state & highlightBit) != 0; }
+    void setHighlighted(bool highlighted);
+    /// The key that makes the group current, for the tool tip; empty for none.
+    void setShortcut(const QString& shortcut) { m_shortcut = shortcut; }
+
+Q_SIGNALS:
+    void groupDragged(FocusGroupWidget* entry, const FocusGroup::Id& id);
+    /// A drag that the entry would take moves over it.
+    void draggedOver(const QPoint& point);
+    /// Such a drag has left the entry, or was dropped.
+    void dragGone();
 
 protected:
+    bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
     void enterEvent(QEnterEvent* event) override;
     void leaveEvent(QEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dragLeaveEvent(QDragLeaveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
 private:
     static constexpr uint selectedBit = 1;
+    static constexpr uint dragOverBit = 4;
     static constexpr uint hoverBit = 8;
+    static constexpr uint highlightBit = 16;
 
+    void _setBit(uint bit, bool on);
+    void _createLayout();
     void _setElidedName();
     void _setIcon();
+    void _showCounts();
+    [[nodiscard]] QString _toolTip() const;
+    [[nodiscard]] bool _takes(const DragGroup& drag) const;
+    void _takeTasks(DragGroup& drag);
 
     FocusGroup::Id m_id;
     mutable FocusGroup m_group;
-    mutable bool m_stale = false;
+    mutable bool m_stale = true;
+    bool m_uncounted = true;
     uint m_state = 0;
     bool m_shownEmpty = true;
+    qsizetype m_shownSize = 0;
+    TaskSections::Counts m_counts = {};
+    QString m_shortcut;
     QLabel* m_icon;
     QLabel* m_name;
+    CountWidget* m_countBar;
 };

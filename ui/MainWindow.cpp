@@ -1,25 +1,37 @@
 #include "ui/MainWindow.h"
 
 #include "app/base/ProductHelper.h"
+#include "app/base/ProgramSettings.h"
 #include "app/base/dynamic_singleton.h"
 #include "taskdb/TaskStorage.h"
+#include "taskdb/export/ExportDialog.h"
 #include "ui/ActionsHelper.h"
 #include "ui/FocusGroupListWidget.h"
+#include "ui/Shortcuts.h"
 #include "ui/TaskListWidget.h"
 #include "ui/Toolbar.h"
 #include "ui/controls/FancySplitter.h"
 #include "ui/icons/PictureIcon.h"
 
+#include <QGuiApplication>
 #include <QHBoxLayout>
+#include <QPropertyAnimation>
 #include <QScreen>
+#include <QShortcut>
 #include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 constexpr int paneMinimumWidth = 100;
+constexpr int animationMs = 300;
 constexpr QSize firstSize(800, 450);
 constexpr QSize smallestSize(320, 200);
+
+ProgramSettings& settings()
+{
+    return dynamic_singleton<ProgramSettings>::inst();
+}
 } // namespace
 
 MainWindow::MainWindow(QWidget* parent)
@@ -29,9 +41,10 @@ MainWindow::MainWindow(QWidget* parent)
 {
     _createLayout();
     _connectActions();
+    _addShortcuts();
     MainWindow::retranslateUI();
     _restoreGeometry();
-    _setView(m_compact);
+    _setView(settings().compactView, true);
     m_taskList->setFocus(Qt::OtherFocusReason);
 }
 
@@ -59,6 +72,12 @@ void MainWindow::_createLayout()
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     layout->addWidget(m_splitter);
+
+    m_animation = new QPropertyAnimation(m_rightPane, "geometry", this);
+    m_animation->setDuration(animationMs);
+    m_animation->setEasingCurve(QEasingCurve::InCubic);
+    connect(m_animation, &QAbstractAnimation::finished, this,
+            &MainWindow::_onSetViewAnimationFinished);
 }
 
 void MainWindow::_connectActions()
@@ -70,17 +89,64 @@ void MainWindow::_connectActions()
     connect(actions.switchView(), &QAction::triggered, this, &MainWindow::_onSwitchView);
     connect(m_groupList, &FocusGroupListWidget::activated, this, &MainWindow::_onGroupSelected);
     connect(m_groupList, &FocusGroupListWidget::changed, this, &MainWindow::_onGroupChanged);
+    connect(m_taskList, &TaskListWidget::highlightGroups, m_groupList,
+            &FocusGroupListWidget::_onHighlightGroups);
+}
+
+/// Keys for the whole window, since the shared actions have none: those belong to the task list.
+void MainWindow::_addShortcuts()
+{
+    const auto add = [this](const QKeySequence& keys, const auto& command) {
+        connect(new QShortcut(keys, this), &QShortcut::activated, this, command);
+    };
+    auto& actions = dynamic_singleton<ActionsHelper>::inst();
+    add(shortcuts::newTask, [action = actions.newTask()] { action->trigger(); });
+    add(shortcuts::editTask, [action = actions.editTask()] { action->trigger(); });
+    add(shortcuts::previousGroup,
+        [this] { m_groupList->setCurrentIndex(m_groupList->currentIndex() - 1); });
+    add(shortcuts::nextGroup,
+        [this] { m_groupList->setCurrentIndex(m_groupList->currentIndex() + 1); });
+    for (int i = 0; i < shortcuts::groups; ++i)
+        add(shortcuts::nthGroup(i), [this, i] { m_groupList->setCurrentIndex(i); });
+    add(shortcuts::exportTasks, [this] { ExportDialog::showMe(this, {}); });
+    add(shortcuts::hideWindow, [this] { close(); });
 }
 
 void MainWindow::_restoreGeometry()
 {
     setMinimumSize(smallestSize);
+    const QRect frame = settings().mainWindowFrame;
+    if (frame.left() <= frame.right() && frame.top() <= frame.bottom()) {
+        setGeometry(frame);
+        return;
+    }
     resize(firstSize);
-    if (const QScreen* screen = this->screen()) {
+    if (const QScreen* screen = QGuiApplication::primaryScreen()) {
         const QRect area = screen->geometry();
         move(area.left() + area.width() / 2 - firstSize.width() / 2,
              area.top() + area.height() / 2 - firstSize.height() / 2);
     }
+}
+
+MainWindow::~MainWindow()
+{
+    settings().mainWindowFrame = geometry();
+    // In the compact view the panel is collapsed.
+    if (!settings().compactView)
+        settings().groupPanelWidth = m_groupList->width();
+}
+
+void MainWindow::setPosition()
+{
+    const QSize area = QGuiApplication::primaryScreen()->availableGeometry().size();
+    move(area.width() - frameGeometry().width(), area.height() - frameGeometry().height());
+}
+
+void MainWindow::setSidepanelWidth(float share)
+{
+    const auto width = static_cast<int>(static_cast<float>(settings().groupPanelWidth) * share);
+    [[maybe_unused]] const QList<int> sizes = {width, m_rightPane->width() - width -
+                                                          m_splitter->handleWidth()};
 }
 
 void MainWindow::show()
@@ -113,20 +179,57 @@ void MainWindow::_onCleanup()
 
 void MainWindow::_onSwitchView()
 {
-    if (!m_compact)
-        m_groupPanelWidth = m_groupList->width();
-    m_compact = !m_compact;
-    _setView(m_compact);
+    settings().compactView = !settings().compactView;
+    _setView(settings().compactView, false);
 }
 
-/// Shows or hides the group panel. The toggle names the view that a click will switch to.
-void MainWindow::_setView(bool compact)
+/// The panel's width in the settings, brought into the range in which both panes can be seen: the
+/// file may hold anything, and the window may be narrower than it was.
+int MainWindow::_panelWidth() const
 {
+    const int widest = width() - paneMinimumWidth - m_splitter->handleWidth();
+    return qMax(paneMinimumWidth, qMin(settings().groupPanelWidth, widest));
+}
+
+void MainWindow::_setView(bool compact, bool immediate)
+{
+    m_animation->stop();
+    if (immediate) {
+        m_splitter->setHandlePos(compact ? 0 : _panelWidth());
+        if (compact)
+            m_rightPane->setGeometry(rect());
+        _onSetViewAnimationFinished();
+    } else if (compact) {
+        settings().groupPanelWidth = m_groupList->width();
+        _animatePane(m_rightPane->x(), 0);
+    } else {
+        m_groupList->resize(_panelWidth(), m_groupList->height());
+        m_splitter->setHandlePos(_panelWidth());
+        _animatePane(0, _panelWidth() + m_splitter->handleWidth());
+    }
+}
+
+/// Moves the left edge of the right pane; its right edge stays at the window's.
+void MainWindow::_animatePane(int fromLeft, int toLeft)
+{
+    const QRect pane = m_rightPane->geometry();
+    const auto withLeft = [this, pane](int left) {
+        return QRect(QPoint(left, pane.top()), QPoint(width() - 1, pane.bottom()));
+    };
+    m_animation->setStartValue(withLeft(fromLeft));
+    m_animation->setEndValue(withLeft(toLeft));
+    m_animation->start(QAbstractAnimation::KeepWhenStopped);
+}
+
+/// The toggle names the view that a click will switch to.
+void MainWindow::_onSetViewAnimationFinished()
+{
+    const bool compact = settings().compactView;
     QAction* toggle = dynamic_singleton<ActionsHelper>::inst().switchView();
     toggle->setIcon(
         icons::fromPictures({compact ? u":/icons/view_normal"_s : u":/icons/view_compact"_s}));
     toggle->setText(compact ? tr("Normal") : tr("Compact"));
-    m_splitter->setHandlePos(compact ? 0 : m_groupPanelWidth);
+    m_splitter->setHandlePos(compact ? 0 : _panelWidth());
 }
 
 void MainWindow::_onGroupSelected(const FocusGroup::Id& id)

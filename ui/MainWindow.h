@@ -6,18 +6,29 @@
 
 class FancySplitter;
 class FocusGroupListWidget;
+class QPropertyAnimation;
 class TaskListWidget;
 
-/// The group panel on the left and, on the right, the task list above its toolbar. Closing only
-/// hides it.
+/// The group panel on the left and, on the right, the task list above its toolbar; in the compact
+/// view the right side covers all. Closing only hides it. Place and view lie in the settings.
 class MainWindow : public LocalizedDialog
 {
     Q_OBJECT
+    /// For animations; without visible effect.
+    Q_PROPERTY(float sidepanelWidth READ sidepanelWidth WRITE setSidepanelWidth)
 
 public:
     explicit MainWindow(QWidget* parent = nullptr);
+    /// Puts the place of the window and the width of the panel into the settings.
+    ~MainWindow() override;
 
     void show();
+    /// Moves the window into the lower right corner of the screen.
+    void setPosition();
+
+    /// Always 0.
+    [[nodiscard]] float sidepanelWidth() const { return 0; }
+    void setSidepanelWidth(float share);
     void retranslateUI() override;
 
     [[nodiscard]] TaskListWidget* taskList() const { return m_taskList; }
@@ -42,13 +53,16 @@ private Q_SLOTS:
 private:
     void _createLayout();
     void _connectActions();
+    void _addShortcuts();
     void _restoreGeometry();
-    void _setView(bool compact);
+    void _setView(bool compact, bool immediate);
+    void _animatePane(int fromLeft, int toLeft);
+    void _onSetViewAnimationFinished();
+    [[nodiscard]] int _panelWidth() const;
 
     FocusGroupListWidget* m_groupList = nullptr;
     TaskListWidget* m_taskList = nullptr;
     FancySplitter* m_splitter = nullptr;
     QWidget* m_rightPane = nullptr;
-    bool m_compact = false;
-    int m_groupPanelWidth = 190;
+    QPropertyAnimation* m_animation = nullptr;
 };

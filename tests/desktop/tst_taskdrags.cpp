@@ -1,5 +1,5 @@
 // Drags of tasks in the toolkit's own drag loop, on a real desktop.
-#include "tests/ui/WindowTest.h"
+#include "tests/desktop/DragTest.h"
 #include "ui/DragHelper.h"
 #include "ui/TaskDrag.h"
 
@@ -7,7 +7,6 @@
 #include <QDropEvent>
 #include <QMimeData>
 #include <QSignalSpy>
-#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
@@ -64,59 +63,26 @@ protected:
 
 } // namespace
 
-class TaskDragsTest : public WindowTest
+class TaskDragsTest : public DragTest
 {
     Q_OBJECT
 
 private:
     Target* m_target = nullptr;
 
-    /// Presses at one point of the window, moves to the other and lets go there, while the drag's
-    /// own loop runs.
-    void drag(const QPoint& from, const QPoint& to, Qt::KeyboardModifiers keys = {})
-    {
-        QWindow* window = m_window->windowHandle();
-        int step = 0;
-        constexpr int steps = 6;
-        QTimer walk;
-        connect(&walk, &QTimer::timeout, this, [&] {
-            if (++step <= steps) {
-                QTest::mouseEvent(QTest::MouseMove, window, Qt::NoButton, keys,
-                                  from + (to - from) * step / steps);
-            } else {
-                walk.stop();
-                QTest::mouseRelease(window, Qt::LeftButton, keys, to);
-            }
-        });
-        QTimer guard;
-        connect(&guard, &QTimer::timeout, this, &QDrag::cancel);
-        guard.start(10000);
-        QTest::mousePress(window, Qt::LeftButton, keys, from);
-        walk.start(15);
-        // The drag's loop runs inside this: no timer that starts it would tick in there.
-        const QPoint far(QApplication::startDragDistance() + 1, 0);
-        QTest::mouseEvent(QTest::MouseMove, window, Qt::NoButton, keys, from + far);
-        QTRY_VERIFY_WITH_TIMEOUT(step > steps, 15000);
-        QTRY_VERIFY(!dynamic_singleton<DragHelper>::inst().dragGroup(0));
-    }
-
-    QPoint inWindow(qsizetype number)
-    {
-        return list().viewport()->mapTo(m_window.get(), middleOf(number));
-    }
     QPoint targetPoint() { return m_target->mapTo(m_window.get(), m_target->rect().center()); }
 
 private Q_SLOTS:
     void init()
     {
-        WindowTest::init();
+        DragTest::init();
         addTasks({u"a"_s, u"b"_s, u"c"_s, u"d"_s});
         m_target = new Target(m_window.get());
         m_target->setGeometry(0, 200, 150, 100);
         m_target->show();
         m_target->raise();
     }
-    void cleanup() { WindowTest::cleanup(); }
+    void cleanup() { DragTest::cleanup(); }
 
     void reordersInPlace()
     {

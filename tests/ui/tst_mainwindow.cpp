@@ -15,6 +15,9 @@ class MainWindowTest : public WindowTest
 {
     Q_OBJECT
 
+private:
+    static ProgramSettings& settings() { return dynamic_singleton<ProgramSettings>::inst(); }
+
 private Q_SLOTS:
     void newTaskIsNamedInPlaceAndStoredAtEveryKey()
     {
@@ -39,18 +42,20 @@ private Q_SLOTS:
     void newTaskLeftEmptyVanishes_data()
     {
         QTest::addColumn<QString>("end");
-        for (const char* end : {"escape", "return", "click", "group", "cleanup", "close"})
+        for (const char* end :
+             {"escape", "return", "click", "group", "cleanup", "close", "only one"})
             QTest::newRow(end) << QString::fromLatin1(end);
     }
 
     void newTaskLeftEmptyVanishes()
     {
         QFETCH(QString, end);
-        addTasks({u"a"_s});
+        const bool onlyOne = end == u"only one"_s;
+        addTasks(onlyOne ? QStringList() : QStringList(u"a"_s));
         list().newTask();
         keys(u"x"_s);
         key(Qt::Key_Backspace);
-        QCOMPARE(list().rows().count(), 2);
+        QCOMPARE(list().rows().count(), onlyOne ? 1 : 2);
         if (end == u"escape") {
             key(Qt::Key_Escape);
         } else if (end == u"return") {
@@ -64,8 +69,8 @@ private Q_SLOTS:
         } else {
             m_window.reset();
         }
-        QCOMPARE(inbox(), u"a"_s);
-        QCOMPARE(namesIn(TaskStorage::ms_trashId), QString());
+        QCOMPARE(inbox(), onlyOne ? QString() : u"a"_s);
+        QCOMPARE(store().getGroup(TaskStorage::ms_trashId).tasks().size(), 0);
         if (m_window)
             QCOMPARE(list().rows().count(), end == u"group" ? 0 : 1);
     }
@@ -302,6 +307,20 @@ private Q_SLOTS:
         QVERIFY(list().rows().isSelected(1) && row(1)->isEditing());
     }
 
+    void clickBelowTheFormHitsWhatWasPressed()
+    {
+        addTasks({u"a"_s, u"b"_s, u"c"_s, u"d"_s, u"e"_s, u"f"_s, u"g"_s, u"h"_s});
+        edit(0);
+        const QPoint onC = middleOf(2);
+        QTest::mouseClick(list().viewport(), Qt::LeftButton, {}, onC);
+        QCOMPARE(selected(), u"c"_s);
+        edit(0);
+        QTest::mouseClick(list().viewport(), Qt::LeftButton, {}, onC);
+        QTest::mouseDClick(list().viewport(), Qt::LeftButton, {}, onC);
+        QCOMPARE(selected(), u"c"_s);
+        QVERIFY(row(2)->isEditing());
+    }
+
     void pressThatTakesTheEmptyRowAwayFindsItsOwn()
     {
         addTasks({u"a"_s});
@@ -372,13 +391,58 @@ private Q_SLOTS:
         QVERIFY(m_window->groupList()->isVisible());
         QCOMPARE(toggle->text(), u"Compact"_s);
         m_window->findChild<FancySplitter*>()->setHandlePos(240);
-        const int width = m_window->groupList()->width();
         toggle->trigger();
+        QVERIFY(settings().compactView);
+        QTRY_COMPARE(toggle->text(), u"Normal"_s);
         QVERIFY(!m_window->groupList()->isVisible());
         QCOMPARE(list().width(), m_window->width() - 1);
-        QCOMPARE(toggle->text(), u"Normal"_s);
+        // Switched again before the animation has ended.
         toggle->trigger();
-        QCOMPARE(m_window->groupList()->width(), width);
+        toggle->trigger();
+        toggle->trigger();
+        QTRY_COMPARE(toggle->text(), u"Compact"_s);
+        QCOMPARE(m_window->groupList()->width(), 240);
+        QCOMPARE(list().width(), m_window->width() - 241);
+    }
+
+    void placeAndViewOutliveTheWindow()
+    {
+        QCOMPARE(m_window->size(), QSize(800, 450));
+        m_window->setGeometry(30, 40, 700, 500);
+        m_window->findChild<FancySplitter*>()->setHandlePos(210);
+        dynamic_singleton<ActionsHelper>::inst().switchView()->trigger();
+        m_window.reset();
+        QCOMPARE(settings().mainWindowFrame, QRect(30, 40, 700, 500));
+        QCOMPARE(settings().groupPanelWidth, 210);
+        m_window = std::make_unique<MainWindow>();
+        m_window->show();
+        QCOMPARE(m_window->geometry(), QRect(30, 40, 700, 500));
+        QVERIFY(!m_window->groupList()->isVisible());
+        QCOMPARE(dynamic_singleton<ActionsHelper>::inst().switchView()->text(), u"Normal"_s);
+        m_window.reset();
+        QCOMPARE(settings().groupPanelWidth, 210);
+    }
+
+    void panelWidthFromTheFileIsBroughtIntoRange_data()
+    {
+        QTest::addColumn<int>("stored");
+        QTest::addColumn<int>("shown");
+        QTest::newRow("nothing") << 0 << 100;
+        QTest::newRow("negative") << -5 << 100;
+        QTest::newRow("too much") << 1215752191 << 800 - 101;
+        QTest::newRow("usual") << 190 << 190;
+    }
+
+    void panelWidthFromTheFileIsBroughtIntoRange()
+    {
+        QFETCH(int, stored);
+        QFETCH(int, shown);
+        m_window.reset();
+        settings().mainWindowFrame = QRect();
+        settings().groupPanelWidth = stored;
+        m_window = std::make_unique<MainWindow>();
+        m_window->show();
+        QCOMPARE(m_window->groupList()->width(), shown);
     }
 
     void escapeAndClosingHide()

@@ -2,6 +2,7 @@
 
 #include "app/base/Clock.h"
 #include "ui/controls/CalendarAccessible.h"
+#include "ui/controls/EmbossedText.h"
 #include "ui/controls/StyleHelper.h"
 
 #include <QLocale>
@@ -27,13 +28,9 @@ QString dayLetter(int weekDay)
     return name.left(QTextBoundaryFinder(QTextBoundaryFinder::Grapheme, name).toNextBoundary());
 }
 
-/// White below and to the right of it makes the text look pressed in.
-void drawEmbossed(QPainter& painter, const QRectF& cell, const QString& text)
+void drawText(QPainter& painter, const QRect& cell, const QString& text)
 {
-    painter.setPen(Qt::white);
-    painter.drawText(cell.translated(0.5, 1), Qt::AlignCenter, text);
-    painter.setPen(fancy::color(fancy::TextDark).lighter(150));
-    painter.drawText(cell, Qt::AlignCenter, text);
+    fancy::drawEmbossedText(painter, cell, text, fancy::color(fancy::TextDark).lighter(150));
 }
 
 /// A one-pixel line just inside of the cell. Filled, as a drawn one would have blurred corners.
@@ -120,7 +117,7 @@ void MyCalendarMonthWidget::paintEvent(QPaintEvent* event)
 void MyCalendarMonthWidget::_drawHeader(QPainter& painter) const
 {
     for (int column = 0; column < weekDays; ++column)
-        drawEmbossed(painter, _cell(0, column), dayLetter(column + 1));
+        drawText(painter, _cell(0, column), dayLetter(column + 1));
 }
 
 void MyCalendarMonthWidget::_drawDay(QPainter& painter, const QDate& day, const QDate& today) const
@@ -134,7 +131,7 @@ void MyCalendarMonthWidget::_drawDay(QPainter& painter, const QDate& day, const 
     } else if (day == today) {
         drawOutline(painter, cell, Qt::white);
     }
-    drawEmbossed(painter, cell, QString::number(day.day()));
+    drawText(painter, cell, QString::number(day.day()));
 }
 
 void MyCalendarMonthWidget::mousePressEvent(QMouseEvent* event)

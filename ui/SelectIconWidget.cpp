@@ -1,0 +1,140 @@
+#include "ui/SelectIconWidget.h"
+
+#include "ui/controls/FancyScrollbar.h"
+#include "ui/controls/StyleHelper.h"
+#include "ui/icons/IconsHelper.h"
+
+#include <QEvent>
+#include <QPainter>
+#include <QStyledItemDelegate>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QSize pictureSize(48, 48);
+constexpr int itemSpacing = 10;
+constexpr int lowestHeight = 105;
+constexpr int smallestWidth = 400;
+constexpr qreal cornerRadius = 4;
+const QString newGroupKey = u"star_green"_s;
+
+/// Frames the current icon in the colours of the program instead of tinting it.
+class IconDelegate final : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override
+    {
+        if (option.state & QStyle::State_Selected) {
+            const bool focused = option.state & QStyle::State_HasFocus;
+            painter->save();
+            painter->setRenderHint(QPainter::Antialiasing);
+            painter->setPen(fancy::color(focused ? fancy::FrameStrong : fancy::Frame));
+            painter->setBrush(fancy::color(fancy::PanelFill));
+            painter->drawRoundedRect(QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5),
+                                     cornerRadius, cornerRadius);
+            painter->restore();
+        }
+        QStyledItemDelegate::paint(painter, option, index);
+    }
+
+protected:
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override
+    {
+        QStyledItemDelegate::initStyleOption(option, index);
+        option->state &= ~(QStyle::State_Selected | QStyle::State_HasFocus);
+    }
+};
+
+} // namespace
+
+SelectIconWidget::SelectIconWidget(QWidget* parent)
+    : QListWidget(parent)
+{
+    setViewMode(IconMode);
+    setMovement(Static);
+    setIconSize(pictureSize);
+    setEditTriggers(NoEditTriggers);
+    setWrapping(false);
+    setSpacing(itemSpacing);
+    setMinimumHeight(lowestHeight);
+    setHorizontalScrollBar(new FancyScrollbar(Qt::Horizontal, this));
+    setVerticalScrollBar(new FancyScrollbar(Qt::Vertical, this));
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setHorizontalScrollMode(ScrollPerPixel);
+    setItemDelegate(new IconDelegate(this));
+    connect(this, &QListWidget::itemClicked, this, &SelectIconWidget::_onItemActivated);
+    connect(this, &QListWidget::itemDoubleClicked, this, &SelectIconWidget::_onItemDoubleClicked);
+    _fetchIcons();
+}
+
+QString SelectIconWidget::iconKey() const
+{
+    return m_keys.value(currentRow());
+}
+
+QString SelectIconWidget::iconName(const QString& key) const
+{
+    return m_catalogue.value(key).first;
+}
+
+void SelectIconWidget::setIconKey(const QString& key)
+{
+    const qsizetype row = m_keys.indexOf(key.isEmpty() ? newGroupKey : key);
+    // Unlike setCurrentRow(), this keeps the first row from becoming current with the focus.
+    setCurrentIndex(model()->index(static_cast<int>(row), 0));
+    scrollToItem(currentItem());
+}
+
+QSize SelectIconWidget::minimumSizeHint() const
+{
+    return {smallestWidth, QListWidget::minimumSizeHint().height()};
+}
+
+void SelectIconWidget::changeEvent(QEvent* event)
+{
+    QListWidget::changeEvent(event);
+    if (event->type() == QEvent::LanguageChange)
+        _renameItems();
+}
+
+QItemSelectionModel::SelectionFlags
+SelectIconWidget::selectionCommand(const QModelIndex& index, const QEvent* /*event*/) const
+{
+    // What is marked is always what iconKey() tells: no modifier takes the mark off the current
+    // row.
+    return index.isValid() ? QItemSelectionModel::ClearAndSelect : QItemSelectionModel::NoUpdate;
+}
+
+void SelectIconWidget::_onItemActivated(QListWidgetItem* item)
+{
+    Q_EMIT iconChanged(m_keys.value(row(item)));
+}
+
+void SelectIconWidget::_onItemDoubleClicked(QListWidgetItem* item)
+{
+    Q_EMIT iconDoubleClicked(m_keys.value(row(item)));
+}
+
+void SelectIconWidget::_fetchIcons()
+{
+    const auto& helper = dynamic_singleton<IconsHelper>::inst();
+    helper.fetchFocusGroupIcons(m_catalogue);
+    m_keys = helper.focusGroupIconKeys();
+    for (const QString& key : std::as_const(m_keys)) {
+        const auto& [name, icon] = m_catalogue[key];
+        addItem(new QListWidgetItem(icon, name));
+    }
+}
+
+void SelectIconWidget::_renameItems()
+{
+    dynamic_singleton<IconsHelper>::inst().fetchFocusGroupIcons(m_catalogue);
+    for (int i = 0; i < count(); ++i)
+        item(i)->setText(iconName(m_keys.at(i)));
+    scheduleDelayedItemsLayout();
+    scrollToItem(currentItem());
+}
