@@ -4,6 +4,7 @@
 #include "app/base/CSafeFileUpdate.h"
 #include "app/base/Clock.h"
 #include "app/base/LogHelper.h"
+#include "bench/figures.h"
 #include "taskdb/TaskStorage.h"
 #include "taskdb/TaskStorageReader.h"
 #include "taskdb/TaskStorageSnapsot.h"
@@ -19,7 +20,6 @@
 #include <QXmlStreamWriter>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <malloc.h>
 #include <map>
@@ -28,6 +28,7 @@
 #include <vector>
 
 using namespace Qt::StringLiterals;
+using namespace bench;
 
 namespace {
 
@@ -155,20 +156,6 @@ void commitDatabase()
         qFatal("the commit failed");
 }
 
-double milliseconds(void (*function)())
-{
-    const auto begin = std::chrono::steady_clock::now();
-    function();
-    const std::chrono::duration<double, std::milli> time = std::chrono::steady_clock::now() - begin;
-    return time.count();
-}
-
-double median(std::vector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return values.at(values.size() / 2);
-}
-
 /// The median ratio of the times of two functions that take turns, so that a slow moment of the
 /// machine hits both.
 double pairedRatio(const char* name, void (*measured)(), void (*bare)())
@@ -289,12 +276,6 @@ struct Named
     const char* name;
     void (*function)(benchmark::State&);
 };
-
-void line(const char* what, double figure, double limit, const char* unit)
-{
-    std::printf("%-46s %10.3f %-3s  at most %-7g %s\n", what, figure, unit, limit,
-                figure <= limit ? "yes" : "NO");
-}
 
 } // namespace
 

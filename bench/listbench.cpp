@@ -3,37 +3,28 @@
 // Figures: open, memory, scroll, keystroke, select, delete, cleanup, reorder. All tasks of the
 // database must be in the Inbox. Prints lines of a table. The database is copied, never written.
 
-#include "app/base/PathHelper.h"
-#include "app/core/TaskCore.h"
+#include "bench/windows.h"
 #include "ui/DragHelper.h"
 #include "ui/TaskListWidget.h"
 
 #include <QAbstractListModel>
-#include <QApplication>
-#include <QCommandLineParser>
 #include <QDropEvent>
-#include <QElapsedTimer>
-#include <QFile>
 #include <QLineEdit>
 #include <QListView>
 #include <QMimeData>
 #include <QPainter>
 #include <QScrollBar>
 #include <QStyledItemDelegate>
-#include <QTemporaryDir>
 
 #include <boost/make_shared.hpp>
 
-#include <algorithm>
 #include <array>
-#include <chrono>
-#include <cstdio>
-#include <functional>
 #include <malloc.h>
 #include <memory>
 #include <vector>
 
 using namespace Qt::StringLiterals;
+using namespace bench;
 
 namespace {
 
@@ -41,89 +32,6 @@ namespace {
 const FocusGroup::Id& inbox = TaskStorage::ms_inboxId;
 const FocusGroup::Id& emptyGroup = TaskStorage::ms_trashId;
 constexpr QSize windowSize(600, 450);
-constexpr int patienceMs = 10'000;
-
-int rounds = 11;
-
-/// Handles everything that has piled up, paint requests included.
-void settle()
-{
-    QCoreApplication::sendPostedEvents();
-    QCoreApplication::processEvents();
-}
-
-double milliseconds(const std::function<void()>& action)
-{
-    const auto begin = std::chrono::steady_clock::now();
-    action();
-    settle();
-    const std::chrono::duration<double, std::milli> time = std::chrono::steady_clock::now() - begin;
-    return time.count();
-}
-
-double median(std::vector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return values.at(values.size() / 2);
-}
-
-/// The median time of an action, each time after `restore`, which is not timed, and followed by a
-/// check that it did what it is timed for.
-double medianTime(const std::function<void()>& restore, const std::function<void()>& action,
-                  const std::function<bool()>& done)
-{
-    std::vector<double> times;
-    for (int round = -1; round < rounds; ++round) {
-        restore();
-        settle();
-        const double time = milliseconds(action);
-        if (!done())
-            return qInf();
-        // The first round warms up.
-        if (round >= 0)
-            times.push_back(time);
-    }
-    return median(times);
-}
-
-void line(const QString& what, double figure, double limit, const char* unit)
-{
-    std::printf("%-46s %10.3f %-3s", qPrintable(what), figure, unit);
-    if (limit > 0)
-        std::printf("  at most %-7g %s", limit, figure <= limit ? "yes" : "NO");
-    std::printf("\n");
-}
-
-/// Counts the paint events of a widget.
-class PaintCounter : public QObject
-{
-public:
-    explicit PaintCounter(QWidget* widget) { widget->installEventFilter(this); }
-    [[nodiscard]] int count() const { return m_count; }
-
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override
-    {
-        m_count += event->type() == QEvent::Paint ? 1 : 0;
-        return QObject::eventFilter(watched, event);
-    }
-
-private:
-    int m_count = 0;
-};
-
-void showWindow(QWidget& window, const QPoint& place)
-{
-    window.resize(windowSize);
-    window.move(place);
-    window.show();
-    window.activateWindow();
-    QElapsedTimer patience;
-    patience.start();
-    while (!window.isActiveWindow() && patience.elapsed() < patienceMs)
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
-    settle();
-}
 
 void press(QWidget& widget, int key, Qt::KeyboardModifiers modifiers, const QString& text = {})
 {
@@ -153,7 +61,9 @@ struct ShownList
         : list(group)
         , paints(list.viewport())
     {
-        showWindow(list, place);
+        list.resize(windowSize);
+        list.move(place);
+        showWindow(list);
         list.setFocus();
         settle();
     }
@@ -183,13 +93,6 @@ struct ShownList
             list.viewport()->repaint();
     }
 };
-
-QList<TodoTask::Id> idsOf(const FocusGroup::Id& group)
-{
-    QList<TodoTask::Id> ids;
-    taskStorage().enumGroup(group, ids);
-    return ids;
-}
 
 /// The tasks' names, held ready.
 class NamesModel : public QAbstractListModel
@@ -244,7 +147,9 @@ struct BareView
     {
         view.setItemDelegate(new TrivialDelegate(&view));
         view.setUniformItemSizes(true);
-        showWindow(view, place);
+        view.resize(windowSize);
+        view.move(place);
+        showWindow(view);
     }
 
     void open(QAbstractItemModel* model)
@@ -274,8 +179,8 @@ void measureOpening(NamesModel& names, bool fresh)
         }
         bare->open(nullptr);
         shown->open(emptyGroup);
-        const double bareTime = milliseconds([&] { bare->open(&names); });
-        const double time = milliseconds([&] { shown->open(inbox); });
+        const double bareTime = settledMilliseconds([&] { bare->open(&names); });
+        const double time = settledMilliseconds([&] { shown->open(inbox); });
         if (round < 0)
             continue;
         times.push_back(time);
@@ -473,12 +378,6 @@ void reorder()
     line(u"reorder one of "_s + QString::number(shown.count()), time, 16, "ms");
 }
 
-struct Figure
-{
-    const char* name;
-    void (*measure)();
-};
-
 constexpr std::array<Figure, 8> figures{{{"open", open},
                                          {"memory", memory},
                                          {"scroll", scroll},
@@ -492,30 +391,5 @@ constexpr std::array<Figure, 8> figures{{{"open", open},
 
 int main(int argc, char** argv)
 {
-    const QTemporaryDir home;
-    if (!home.isValid() || !qputenv("HOME", QFile::encodeName(home.path())))
-        qFatal("no place for a home");
-    const QApplication app(argc, argv);
-    QCommandLineParser parser;
-    parser.addOption({u"rounds"_s, u"How often each figure is taken."_s, u"N"_s, u"11"_s});
-    parser.addPositionalArgument(u"FIGURE"_s, u"What to measure."_s);
-    parser.addPositionalArgument(u"DATABASE"_s, u"Its tasks are all in the Inbox."_s);
-    parser.process(app);
-    rounds = qMax(1, parser.value(u"rounds"_s).toInt());
-    const QStringList arguments = parser.positionalArguments();
-    const auto* figure =
-        std::find_if(figures.begin(), figures.end(), [&arguments](const Figure& candidate) {
-            return QString::fromLatin1(candidate.name) == arguments.value(0);
-        });
-    if (arguments.size() != 2 || figure == figures.end())
-        parser.showHelp(2);
-
-    if (!QFile::copy(arguments.at(1), PathHelper::databaseFile()) ||
-        dynamic_singleton<TaskCore>::inst().init() != TaskStorage::NoError)
-        qFatal("the database does not load");
-    if (idsOf(inbox).size() < 100)
-        qFatal("there are not tasks enough in the Inbox");
-    figure->measure();
-    dynamic_singleton<TaskCore>::destroy();
-    return 0;
+    return measureFigure(argc, argv, figures, [] { return idsOf(inbox).size() >= 100; });
 }

@@ -6,6 +6,8 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
+#include <QRect>
+#include <QSettings>
 #include <QTest>
 
 #include <csignal>
@@ -121,6 +123,7 @@ private Q_SLOTS:
     void secondStartRestores();
     void startWithoutDatabase();
     void hiddenStart();
+    void windowComesBackWhereItWas();
     void sessionSaves();
     void sessionEnds();
     void refusedDatabase_data();
@@ -301,7 +304,29 @@ void tst_Program::hiddenStart()
     QTRY_VERIFY_WITH_TIMEOUT(isActive(visibleWindow(*m_program)), patienceMs);
     m_program->signal(SIGTERM);
     QCOMPARE(m_program->exitCode(), 0);
-    QCOMPARE(contentsOf(settings.fileName()), saved);
+    const QSettings last(settings.fileName(), QSettings::IniFormat);
+    QCOMPARE(last.value("general.open_window_on_startup").toBool(), false);
+    QCOMPARE(last.value("general.ui_language").toString(), u"ru_RU"_s);
+    QCOMPARE(last.value("general.main_window_frame").toRect().size(), QSize(800, 450));
+}
+
+/// Neither the frame around the window nor the compact view may shift it from start to start.
+void tst_Program::windowComesBackWhereItWas()
+{
+    QSettings settings(file(u"settings.ini"_s), QSettings::IniFormat);
+    settings.setValue("general.compact_view", true);
+    settings.setValue("general.main_window_frame", QRect(120, 90, 640, 480));
+    settings.setValue("general.group_panel_width", 222);
+    for (int start = 0; start < 2; ++start) {
+        settings.sync();
+        startProgram();
+        m_program->signal(SIGTERM);
+        QCOMPARE(m_program->exitCode(), 0);
+        settings.sync();
+        QCOMPARE(settings.value("general.main_window_frame").toRect(), QRect(120, 90, 640, 480));
+        QCOMPARE(settings.value("general.group_panel_width").toInt(), 222);
+        QCOMPARE(settings.value("general.compact_view").toBool(), true);
+    }
 }
 
 void tst_Program::sessionSaves()
