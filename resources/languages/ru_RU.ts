@@ -35,10 +35,146 @@
     </message>
 </context>
 <context>
+    <name>EditGroupDialog</name>
+    <message>
+        <source>New group</source>
+        <translation>Новая группа</translation>
+    </message>
+    <message>
+        <source>Group properties</source>
+        <translation>Свойства группы</translation>
+    </message>
+    <message>
+        <source>Icon selection</source>
+        <translation>Выбор значка</translation>
+    </message>
+    <message>
+        <source>Group name</source>
+        <translation>Имя группы</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>ОК</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Отмена</translation>
+    </message>
+    <message>
+        <source>Please enter a group name to continue...</source>
+        <translation>Чтобы продолжить, введите имя группы...</translation>
+    </message>
+    <message>
+        <source>Ok, now we all know that you&apos;re funny! Wanna play a real game?</source>
+        <translation>Хорошо, теперь все знают, что вы весельчак! Сыграем в настоящую игру?</translation>
+    </message>
+</context>
+<context>
+    <name>ExportDialog</name>
+    <message>
+        <source>Export</source>
+        <translation>Экспорт</translation>
+    </message>
+    <message>
+        <source>&lt;strong&gt;Select the groups you want to export&lt;/strong&gt;</source>
+        <translation>&lt;strong&gt;Выберите группы для экспорта&lt;/strong&gt;</translation>
+    </message>
+    <message>
+        <source>Groups to export</source>
+        <translation>Группы для экспорта</translation>
+    </message>
+    <message>
+        <source>Select all</source>
+        <translation>Выбрать все</translation>
+    </message>
+    <message>
+        <source>Select none</source>
+        <translation>Снять выбор</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Отмена</translation>
+    </message>
+    <message>
+        <source>Export to</source>
+        <translation>Куда экспортировать</translation>
+    </message>
+    <message>
+        <source>Text files (*.txt)</source>
+        <translation>Текстовые файлы (*.txt)</translation>
+    </message>
+    <message>
+        <source>Failed to open file &quot;%1&quot; for writing.</source>
+        <translation>Не удалось открыть файл «%1» для записи.</translation>
+    </message>
+</context>
+<context>
+    <name>FocusGroup</name>
+    <message>
+        <source>Inbox</source>
+        <translation>Входящие</translation>
+    </message>
+    <message>
+        <source>Completed</source>
+        <translation>Выполненные</translation>
+    </message>
+    <message>
+        <source>Trash</source>
+        <translation>Корзина</translation>
+    </message>
+</context>
+<context>
     <name>FocusGroupListWidget</name>
     <message>
         <source>Groups</source>
         <translation>Группы</translation>
+    </message>
+    <message>
+        <source>Edit</source>
+        <translation>Изменить</translation>
+    </message>
+    <message>
+        <source>Add group</source>
+        <translation>Добавить группу</translation>
+    </message>
+    <message>
+        <source>Empty</source>
+        <translation>Очистить</translation>
+    </message>
+    <message>
+        <source>Empty %1</source>
+        <translation>Очистить: %1</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Удалить</translation>
+    </message>
+    <message>
+        <source>Export...</source>
+        <translation>Экспорт...</translation>
+    </message>
+    <message>
+        <source>Do you really want to remove the selected group?</source>
+        <translation>Удалить выбранную группу?</translation>
+    </message>
+    <message>
+        <source>Once your tasks leave the trash group you can&apos;t get them back. Continue?</source>
+        <translation>Задачи, удалённые из корзины, вернуть нельзя. Продолжить?</translation>
+    </message>
+</context>
+<context>
+    <name>FocusGroupWidget</name>
+    <message>
+        <source>%1 due now</source>
+        <translation>%1 к сроку</translation>
+    </message>
+    <message>
+        <source>%1 soon</source>
+        <translation>%1 скоро</translation>
+    </message>
+    <message>
+        <source>%1 later</source>
+        <translation>%1 позже</translation>
     </message>
 </context>
 <context>
