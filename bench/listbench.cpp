@@ -61,8 +61,7 @@ struct ShownList
         : list(group)
         , paints(list.viewport())
     {
-        list.resize(windowSize);
-        list.move(place);
+        list.setGeometry(QRect(place, windowSize));
         showWindow(list);
         list.setFocus();
         settle();
@@ -147,8 +146,7 @@ struct BareView
     {
         view.setItemDelegate(new TrivialDelegate(&view));
         view.setUniformItemSizes(true);
-        view.resize(windowSize);
-        view.move(place);
+        view.setGeometry(QRect(place, windowSize));
         showWindow(view);
     }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/base/PathHelper.h"
+#include "app/base/dynamic_singleton.h"
 #include "app/core/TaskCore.h"
 #include "bench/figures.h"
 

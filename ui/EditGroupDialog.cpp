@@ -17,6 +17,7 @@ constexpr QMargins panelMargins(25, 20, 25, 20);
 constexpr QMargins buttonMargins(25, 10, 25, 10);
 /// Between the icons and what belongs to the name.
 constexpr int sectionSpacing = 8;
+constexpr int buttonSpacing = 8;
 constexpr QColor separatorColour(0xbf, 0xbf, 0xbf);
 constexpr int patience = 9;
 
@@ -115,6 +116,7 @@ QLayout* EditGroupDialog::_createButtons()
 
     auto* layout = new QHBoxLayout;
     layout->setContentsMargins(buttonMargins);
+    layout->setSpacing(buttonSpacing);
     layout->addStretch(1);
     layout->addWidget(m_okButton);
     layout->addWidget(m_cancelButton);

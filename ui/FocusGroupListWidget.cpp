@@ -11,6 +11,7 @@
 #include "ui/DragHelper.h"
 #include "ui/EditGroupDialog.h"
 #include "ui/FocusGroupWidget.h"
+#include "ui/GroupPanelAccessible.h"
 #include "ui/Shortcuts.h"
 
 #include <QApplication>
@@ -77,6 +78,7 @@ FocusGroupListWidget::FocusGroupListWidget(QWidget* parent)
     , m_background(u":/image/backgroundpattern"_s)
     , m_autoScroll(new DragAutoScroll(this))
 {
+    installGroupPanelAccessible();
     // The keys belong to the task list, also after a click here.
     setFocusPolicy(Qt::NoFocus);
     setAcceptDrops(true);

@@ -130,6 +130,7 @@ void MainWindow::_restoreGeometry()
 
 MainWindow::~MainWindow()
 {
+    m_taskList->endEditing();
     settings().mainWindowFrame = geometry();
     // In the compact view the panel is collapsed.
     if (!settings().compactView)

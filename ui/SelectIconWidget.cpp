@@ -17,6 +17,8 @@ constexpr int itemSpacing = 10;
 constexpr int lowestHeight = 105;
 constexpr int smallestWidth = 400;
 constexpr qreal cornerRadius = 4;
+/// On either side of a name.
+constexpr int padding = 3;
 const QString newGroupKey = u"star_green"_s;
 
 /// Frames the current icon in the colours of the program instead of tinting it.
@@ -39,6 +41,11 @@ public:
             painter->restore();
         }
         QStyledItemDelegate::paint(painter, option, index);
+    }
+
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override
+    {
+        return QStyledItemDelegate::sizeHint(option, index) + QSize(2 * padding, 0);
     }
 
 protected:
@@ -86,12 +93,26 @@ void SelectIconWidget::setIconKey(const QString& key)
     const qsizetype row = m_keys.indexOf(key.isEmpty() ? newGroupKey : key);
     // Unlike setCurrentRow(), this keeps the first row from becoming current with the focus.
     setCurrentIndex(model()->index(static_cast<int>(row), 0));
-    scrollToItem(currentItem());
+    _showCurrent();
 }
 
 QSize SelectIconWidget::minimumSizeHint() const
 {
     return {smallestWidth, QListWidget::minimumSizeHint().height()};
+}
+
+void SelectIconWidget::scrollTo(const QModelIndex& index, ScrollHint hint)
+{
+    QListWidget::scrollTo(index, hint);
+    if (!index.isValid())
+        return;
+    // The view alone leaves an item flush with the edge, or short of it by a pixel.
+    const QRect item = visualRect(index).adjusted(-itemSpacing, 0, itemSpacing, 0);
+    QScrollBar* bar = horizontalScrollBar();
+    if (item.left() < 0)
+        bar->setValue(bar->value() + item.left());
+    else if (item.right() >= viewport()->width())
+        bar->setValue(bar->value() + item.right() + 1 - viewport()->width());
 }
 
 void SelectIconWidget::changeEvent(QEvent* event)
@@ -136,5 +157,12 @@ void SelectIconWidget::_renameItems()
     for (int i = 0; i < count(); ++i)
         item(i)->setText(iconName(m_keys.at(i)));
     scheduleDelayedItemsLayout();
-    scrollToItem(currentItem());
+    _showCurrent();
+}
+
+void SelectIconWidget::_showCurrent()
+{
+    // Before it has its size, the view would scroll too far; when shown, it scrolls by itself.
+    if (isVisible())
+        scrollTo(currentIndex());
 }

@@ -25,6 +25,8 @@ public:
 
     /// Wide enough for several icons: the dialog around is as small as it can be.
     [[nodiscard]] QSize minimumSizeHint() const override;
+    /// Leaves a little room beside the item, where there is any.
+    void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
 
 Q_SIGNALS:
     /// An icon was clicked.
@@ -43,6 +45,7 @@ private Q_SLOTS:
 private:
     void _fetchIcons();
     void _renameItems();
+    void _showCurrent();
 
     QHash<QString, QPair<QString, QIcon>> m_catalogue;
     QStringList m_keys;

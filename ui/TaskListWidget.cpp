@@ -57,12 +57,23 @@ TaskListWidget::TaskListWidget(const FocusGroup::Id& groupId, QWidget* parent)
 
 TaskListWidget::~TaskListWidget()
 {
-    // A new task that is still empty goes the way it goes when its editing ends otherwise; nothing
-    // is to be shown any more.
-    const qsizetype edited = m_rows.edited();
-    if (m_rows.isValid(edited) && m_rows.isNew(edited) &&
-        taskStorage().get(m_rows.idAt(edited)).empty())
-        m_group.remove(m_rows.idAt(edited), true);
+    // Nothing can be shown any more: only the store is put in order.
+    if (!m_edited)
+        return;
+    m_edited->disconnectEdits();
+    if (_isEmptyAndNew(m_rows.edited()))
+        m_group.remove(m_rows.idAt(m_rows.edited()), true);
+}
+
+void TaskListWidget::endEditing()
+{
+    _stopEditing(m_edited, false);
+}
+
+/// A new task that nothing was entered for.
+bool TaskListWidget::_isEmptyAndNew(qsizetype row) const
+{
+    return m_rows.isValid(row) && m_rows.isNew(row) && taskStorage().get(m_rows.idAt(row)).empty();
 }
 
 void TaskListWidget::setGroup(const FocusGroup::Id& id)
@@ -283,29 +294,39 @@ void TaskListWidget::_startEditing(qsizetype row)
     _makeVisible(row);
 }
 
+/// Takes the edited row out of editing. The focus goes to the list first: it would go with the
+/// form otherwise, and the toolkit would look for another field and scroll there.
+void TaskListWidget::_closeForm()
+{
+    TaskWidget* row = std::exchange(m_edited, nullptr);
+    if (row->isAncestorOf(focusWidget()))
+        setFocus(Qt::OtherFocusReason);
+    row->setEditing(false, false, false);
+}
+
 void TaskListWidget::_stopEditing(TaskWidget* row, bool byReturn)
 {
     if (!m_edited || row != m_edited)
         return;
     const qsizetype index = m_rows.edited();
-    const bool hadFocus = m_edited->isAncestorOf(focusWidget());
-    m_edited->setEditing(false, false, false);
-    m_edited = nullptr;
+    const bool isAbove = rowRect(index).bottom() < 0;
+    const qint64 height = m_rows.contentHeight();
+    _closeForm();
     m_rows.setEdited(-1, 0);
     m_endedByReturn = byReturn;
-    if (m_rows.isValid(index) && m_rows.isNew(index)) {
+    if (_isEmptyAndNew(index)) {
+        m_group.remove(m_rows.idAt(index), true);
+        _clearSelection();
+        m_rows.removeAt(index);
+    } else if (m_rows.isValid(index)) {
         m_rows.setNew(index, false);
-        const TodoTask::Id id = m_rows.idAt(index);
-        if (taskStorage().get(id).empty()) {
-            m_group.remove(id, true);
-            _clearSelection();
-            m_rows.removeAt(index);
-        }
     }
     _rowsChanged();
+    if (isAbove)
+        // The form lay above what is in view, which stays where it is.
+        verticalScrollBar()->setValue(verticalScrollBar()->value() -
+                                      static_cast<int>(height - m_rows.contentHeight()));
     _showHint();
-    if (hadFocus)
-        setFocus(Qt::OtherFocusReason);
 }
 
 void TaskListWidget::_rowHeightChanged(TaskWidget* row)
@@ -479,10 +500,8 @@ void TaskListWidget::_followStore()
         return;
     const int place = m_edited ? rowRect(m_rows.edited()).top() : 0;
     m_rows.assign(ids);
-    if (m_edited && m_rows.edited() < 0) {
-        m_edited->setEditing(false, false, false);
-        m_edited = nullptr;
-    }
+    if (m_edited && m_rows.edited() < 0)
+        _closeForm();
     _rowsChanged();
     if (m_edited)
         // Where one types stays where it is while rows above come and go.

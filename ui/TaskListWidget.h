@@ -43,6 +43,8 @@ public:
     /// Deletes the selected tasks.
     void deleteTasks();
 
+    /// Ends the running edit, if any. To be called before the window is taken apart.
+    void endEditing();
     /// Ends the running edit, if any; a new task that was left empty vanishes. `byReturn`: the
     /// list is about to see the Return key that ended it.
     void _stopEditing(TaskWidget* row, bool byReturn);
@@ -85,6 +87,8 @@ private:
     [[nodiscard]] QIcon _groupIcon() const;
     void _retranslate();
     void _startEditing(qsizetype row);
+    void _closeForm();
+    [[nodiscard]] bool _isEmptyAndNew(qsizetype row) const;
 
     void _selectionChanged() override;
     void _onReturn(bool shift);

@@ -7,6 +7,7 @@
 #include <QEvent>
 #include <QHash>
 #include <QPainter>
+#include <QScopedValueRollback>
 #include <QScrollBar>
 
 #include <algorithm>
@@ -76,8 +77,19 @@ void TaskRowPanel::_layoutRows()
     _placeFiller();
 }
 
-/// Gives every row in view a widget and takes the others back.
+/// Gives every row in view a widget and takes the others back. Doing so can scroll: then it is
+/// done again, and not within itself.
 void TaskRowPanel::_syncRows()
+{
+    m_syncAgain = true;
+    if (m_syncing)
+        return;
+    const QScopedValueRollback syncing(m_syncing, true);
+    while (std::exchange(m_syncAgain, false))
+        _syncOnce();
+}
+
+void TaskRowPanel::_syncOnce()
 {
     QHash<TodoTask::Id, TaskWidget*> known;
     for (const LiveRow& live : std::exchange(m_live, {}))
@@ -336,6 +348,12 @@ void TaskRowPanel::scrollContentsBy(int dx, int dy)
 {
     ScrollPanel::scrollContentsBy(dx, dy);
     _syncRows();
+}
+
+/// The form walks its own fields and shows them; looking for others must not scroll.
+bool TaskRowPanel::focusNextPrevChild(bool next)
+{
+    return QAbstractScrollArea::focusNextPrevChild(next);
 }
 
 void TaskRowPanel::changeEvent(QEvent* event)

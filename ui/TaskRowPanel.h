@@ -33,6 +33,7 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
     void scrollContentsBy(int dx, int dy) override;
     void changeEvent(QEvent* event) override;
+    bool focusNextPrevChild(bool next) override;
 
     /// A new widget, for whichever rows come to need one; not called by the constructor.
     [[nodiscard]] virtual TaskWidget* _createRow(QWidget* parent) = 0;
@@ -88,6 +89,7 @@ private:
     };
 
     void _syncRows();
+    void _syncOnce();
     [[nodiscard]] QList<LiveRow> _wantedRows() const;
     void _releaseUnwanted(QList<LiveRow>& wanted, const QList<TaskWidget*>& left);
     void _placeRows();
@@ -100,6 +102,8 @@ private:
     QList<TaskWidget*> m_spare; // hidden widgets for rows to come
     QPointer<TaskWidget> m_held;
     QPointer<QWidget> m_filler;
+    bool m_syncing = false;
+    bool m_syncAgain = false;
     TaskRows::DropPosition m_drop;
     DragAutoScroll* m_autoScroll;
 };

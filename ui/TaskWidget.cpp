@@ -147,6 +147,15 @@ QWidget* TaskWidget::_pictureLabel(const QString& picture) const
     return label;
 }
 
+/// Whatever the editors still have to say is no longer heard.
+void TaskWidget::disconnectEdits()
+{
+    for (QObject* editor :
+         {static_cast<QObject*>(m_editCheckbox), static_cast<QObject*>(m_nameEdit),
+          static_cast<QObject*>(m_notesEdit), static_cast<QObject*>(m_dueDateEdit)})
+        editor->disconnect(this);
+}
+
 void TaskWidget::_removeEditLayout()
 {
     if (!m_editPage)
@@ -154,11 +163,7 @@ void TaskWidget::_removeEditLayout()
     m_stack->removeWidget(m_editPage);
     m_editPage->hide();
     m_editPage->deleteLater();
-    // Whatever the editors still have to say is no longer heard.
-    for (QObject* editor :
-         {static_cast<QObject*>(m_editCheckbox), static_cast<QObject*>(m_nameEdit),
-          static_cast<QObject*>(m_notesEdit), static_cast<QObject*>(m_dueDateEdit)})
-        editor->disconnect(this);
+    disconnectEdits();
     m_dueDateEdit->showCalendarPopup(false);
     m_editPage = nullptr;
     m_editCheckbox = nullptr;

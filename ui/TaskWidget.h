@@ -35,6 +35,8 @@ public:
     /// `noFocus`: the name field does not get the focus.
     void setEditing(bool editing, bool force, bool noFocus);
     [[nodiscard]] bool isEditing() const { return (m_state & editingBit) != 0; }
+    /// To be called when the row is to be destroyed while it is being edited.
+    void disconnectEdits();
     /// Height of the face now shown, in pixels.
     [[nodiscard]] int faceHeight() const;
     /// Gives the row that height, for the font of the moment.

@@ -8,6 +8,7 @@
 #include "ui/FocusGroupListWidget.h"
 #include "ui/FocusGroupWidget.h"
 
+#include <QAccessible>
 #include <QDropEvent>
 #include <QLineEdit>
 #include <QMenu>
@@ -140,7 +141,11 @@ private Q_SLOTS:
         store().addTask(m_work, a);
         QTRY_COMPARE(counts(m_home), u"1,1,0"_s);
         QCOMPARE(counts(m_work), u"1,0,0"_s);
-        QCOMPARE(entry(m_home)->accessibleName(), u"Home, 1 due now, 1 soon"_s);
+        QAccessibleInterface* heard = QAccessible::queryAccessibleInterface(entry(m_home));
+        QCOMPARE(heard->text(QAccessible::Name), u"Home, 1 due now, 1 soon"_s);
+        QVERIFY(heard->role() == QAccessible::ListItem && !heard->state().selected);
+        heard->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+        QVERIFY(heard->state().selected);
         // A changed task shows at once, in every group that holds it.
         store().setTaskDueTime(a, Clock::now().addDays(9));
         QCOMPARE(counts(m_home), u"0,1,1"_s);

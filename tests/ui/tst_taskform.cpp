@@ -236,6 +236,33 @@ private Q_SLOTS:
         QVERIFY(name()->hasFocus());
     }
 
+    /// Taking a form out of view apart must not leave rows behind that nobody owns.
+    void endingAFormOutOfViewLeavesNoRows()
+    {
+        QStringList names;
+        for (int i = 0; i < 60; ++i)
+            names += QString::number(i);
+        addTasks(names);
+        edit(0);
+        QScrollBar* bar = list().verticalScrollBar();
+        bar->setValue(bar->maximum() / 2);
+        const TodoTask::Id top = list().rows().idAt(list().rowAt({50, 50}));
+        key(Qt::Key_Escape);
+        QCOMPARE(list().rows().idAt(list().rowAt({50, 50})), top);
+        QVERIFY(listHasFocus());
+        list().setGroup(TaskStorage::ms_trashId);
+        QVERIFY(!visibleIn<TaskWidget>(list()));
+    }
+
+    void endingTheProgramKeepsWhatWasTyped()
+    {
+        editNew();
+        keys(u"typed"_s);
+        m_window->resize(1200, 900);
+        m_window.reset();
+        QCOMPARE(inbox(), u"typed,b"_s);
+    }
+
     void languageChangesReachTheForm()
     {
         addTasks({u"a"_s, {}});

@@ -84,6 +84,8 @@ void DateWidget::_createEdit()
 void DateWidget::_updateExample()
 {
     m_edit->setStoredText(toText(Clock::today().addDays(1).startOfDay()));
+    if (m_popup && m_edit->isExampleShown())
+        m_popup->setDateTime(getValue());
 }
 
 QString DateWidget::fixedDateFormat()

@@ -2,6 +2,8 @@
 
 #include "ui/controls/StyleHelper.h"
 
+#include <QMouseEvent>
+#include <QScrollBar>
 #include <QTextBlock>
 
 namespace {
@@ -57,4 +59,26 @@ void NotesTextEdit::focusOutEvent(QFocusEvent* event)
 {
     HintedEditT<QTextEdit>::focusOutEvent(event);
     Q_EMIT gotFocus(false);
+}
+
+void NotesTextEdit::resizeEvent(QResizeEvent* event)
+{
+    HintedEditT<QTextEdit>::resizeEvent(event);
+    // Notes with wrapped lines are taller than the field: unless somebody is at it, it shows the
+    // beginning.
+    if (!hasFocus())
+        verticalScrollBar()->setValue(0);
+}
+
+void NotesTextEdit::timerEvent(QTimerEvent* event)
+{
+    // A drag of the selection swallows the release of the button. The editor would go on scrolling
+    // and, as if the button were down, start the next drag.
+    if (!(QGuiApplication::mouseButtons() & Qt::LeftButton)) {
+        const QPoint outside(-1, -1);
+        QMouseEvent release(QEvent::MouseButtonRelease, outside, mapToGlobal(outside),
+                            Qt::LeftButton, Qt::NoButton, Qt::NoModifier);
+        mouseReleaseEvent(&release);
+    }
+    HintedEditT<QTextEdit>::timerEvent(event);
 }
