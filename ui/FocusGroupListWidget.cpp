@@ -100,6 +100,7 @@ FocusGroupListWidget::FocusGroupListWidget(QWidget* parent)
     connect(&taskStorage(), &TaskStorage::groupChanged, this,
             &FocusGroupListWidget::_onGroupChanged);
     connect(&taskStorage(), &TaskStorage::taskChanged, this, &FocusGroupListWidget::_onTaskChanged);
+    connect(m_autoScroll, &DragAutoScroll::scrolled, this, &FocusGroupListWidget::_onScrolled);
     connect(new DayWatch(this), &DayWatch::dayChanged, this, &FocusGroupListWidget::_onDayChanged);
     setCurrentGroup(TaskStorage::ms_inboxId);
 }
@@ -138,9 +139,11 @@ FocusGroupWidget* FocusGroupListWidget::_addEntry(const FocusGroup::Id& id, QVBo
     entry->show();
     m_entries.append(entry);
     m_byId.insert(id, entry);
-    connect(entry, &FocusGroupWidget::draggedOver, this,
-            [this, entry](const QPoint& point) { _followDrag(entry->mapTo(viewport(), point)); });
-    connect(entry, &FocusGroupWidget::dragGone, m_autoScroll, &DragAutoScroll::stop);
+    connect(entry, &FocusGroupWidget::draggedOver, this, [this, entry](const QPoint& point) {
+        m_draggedOver = entry->dragOver();
+        m_autoScroll->follow(entry->mapTo(viewport(), point));
+    });
+    connect(entry, &FocusGroupWidget::dragGone, this, &FocusGroupListWidget::_onDragGone);
     return entry;
 }
 
@@ -213,6 +216,7 @@ void FocusGroupListWidget::_makeVisible(FocusGroupWidget* entry)
     if (widget()) {
         // A new entry has its place only after that.
         widget()->layout()->activate();
+        QCoreApplication::sendPostedEvents(viewport(), QEvent::LayoutRequest);
         ensureWidgetVisible(entry, margins.left(), margins.bottom());
     }
 }
@@ -243,8 +247,12 @@ void FocusGroupListWidget::mousePressEvent(QMouseEvent* event)
         return;
     m_leftDown = true;
     m_pressPoint = event->position().toPoint();
-    if (const FocusGroupWidget* entry = _entryAt(m_pressPoint))
-        setCurrentGroup(entry->groupId());
+    m_pressed = _entryAt(m_pressPoint);
+    if (!m_pressed)
+        return;
+    // Becoming the current one, the entry may be scrolled away from the point.
+    m_hotSpot = m_pressed->mapFrom(viewport(), m_pressPoint);
+    setCurrentGroup(m_pressed->groupId());
 }
 
 void FocusGroupListWidget::mouseReleaseEvent(QMouseEvent* event)
@@ -275,8 +283,7 @@ FocusGroupWidget* FocusGroupListWidget::_dragSource(const QMouseEvent* event) co
     const QPoint way = event->position().toPoint() - m_pressPoint;
     if (!m_leftDown || m_dragging || way.manhattanLength() < QApplication::startDragDistance())
         return nullptr;
-    FocusGroupWidget* entry = _entryAt(m_pressPoint);
-    return entry && TaskStorage::isCustom(entry->groupId()) ? entry : nullptr;
+    return m_pressed && TaskStorage::isCustom(m_pressed->groupId()) ? m_pressed.data() : nullptr;
 }
 
 void FocusGroupListWidget::mouseMoveEvent(QMouseEvent* event)
@@ -297,7 +304,7 @@ void FocusGroupListWidget::_startDrag(FocusGroupWidget* entry)
     auto* drag = new QDrag(this);
     drag->setMimeData(number);
     drag->setPixmap(pictureOf(entry));
-    drag->setHotSpot(entry->mapFrom(viewport(), m_pressPoint));
+    drag->setHotSpot(m_hotSpot);
 
     m_dragging = true;
     const QPointer<FocusGroupListWidget> self(this);
@@ -322,7 +329,7 @@ void FocusGroupListWidget::dragEnterEvent(QDragEnterEvent* event)
 
 void FocusGroupListWidget::dragMoveEvent(QDragMoveEvent* event)
 {
-    _followDrag(event->position().toPoint());
+    m_autoScroll->follow(event->position().toPoint());
 }
 
 void FocusGroupListWidget::dragLeaveEvent(QDragLeaveEvent* /*event*/)
@@ -336,9 +343,20 @@ void FocusGroupListWidget::dropEvent(QDropEvent* /*event*/)
     m_autoScroll->stop();
 }
 
-void FocusGroupListWidget::_followDrag(const QPoint& point)
+/// The panel scrolled under a drag that stands still: another entry is below it now.
+void FocusGroupListWidget::_onScrolled(const QPoint& point)
 {
-    m_autoScroll->follow(point);
+    const FocusGroupWidget* below = _entryAt(point);
+    for (FocusGroupWidget* entry : std::as_const(m_entries))
+        entry->setDragOver(entry == below ? m_draggedOver : boost::shared_ptr<DragGroup>());
+}
+
+void FocusGroupListWidget::_onDragGone()
+{
+    m_autoScroll->stop();
+    m_draggedOver.reset();
+    for (FocusGroupWidget* entry : std::as_const(m_entries))
+        entry->setDragOver({});
 }
 
 void FocusGroupListWidget::contextMenuEvent(QContextMenuEvent* event)
@@ -415,11 +433,12 @@ void FocusGroupListWidget::_onRemoveGroup()
         return;
     if (FocusGroupWidget* entry = m_byId.value(id))
         _dropEntry(entry);
+    // First, so that an edit in the group ends in the group.
+    setCurrentGroup(TaskStorage::ms_inboxId);
     taskStorage().removeGroup(id);
     // Nobody tells that the Trash has its tasks now.
     _scheduleUpdate();
     _numberEntries();
-    setCurrentGroup(TaskStorage::ms_inboxId);
 }
 
 void FocusGroupListWidget::_onEmptyTrash()

@@ -9,7 +9,10 @@
 #include <QPixmap>
 #include <QPointer>
 
+#include <boost/shared_ptr.hpp>
+
 class DragAutoScroll;
+class DragGroup;
 class FocusGroupWidget;
 class QMenu;
 class QVBoxLayout;
@@ -75,7 +78,8 @@ private:
     void _makeVisible(FocusGroupWidget* entry);
     [[nodiscard]] FocusGroupWidget* _entryAt(const QPoint& point) const;
     void _buildMenu();
-    void _followDrag(const QPoint& point);
+    void _onScrolled(const QPoint& point);
+    void _onDragGone();
 
     [[nodiscard]] FocusGroupWidget* _dragSource(const QMouseEvent* event) const;
     void _startDrag(FocusGroupWidget* entry);
@@ -98,6 +102,9 @@ private:
     bool m_leftDown = false;
     bool m_dragging = false;
     QPoint m_pressPoint;
+    QPointer<FocusGroupWidget> m_pressed;
+    QPoint m_hotSpot; // where in that entry
+    boost::shared_ptr<DragGroup> m_draggedOver;
 
     QHash<FocusGroup::Id, FocusGroupWidget*> m_byId;
     TaskSections m_sections;

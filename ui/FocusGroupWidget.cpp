@@ -25,6 +25,7 @@ namespace {
 
 constexpr qreal cornerRadius = 5;
 constexpr int iconSize = 20;
+constexpr qsizetype longestName = 500;
 constexpr qreal highlightOpacity = 0.6;
 constexpr QColor highlightFrame(0xA9, 0xC2, 0x89);
 constexpr int titleLightness = 150; // per cent
@@ -115,10 +116,14 @@ void FocusGroupWidget::recount(const TaskSections::Change& change)
 
 void FocusGroupWidget::_showCounts()
 {
+    const QSize before = m_countBar->sizeHint();
     for (int section = 0; section < m_countBar->sectionsCount(); ++section)
         m_countBar->setSectionValue(section, m_counts.at(static_cast<size_t>(section)));
-    m_countBar->updateGeometry();
     m_countBar->update();
+    _setAccessibleName();
+    if (m_countBar->sizeHint() == before)
+        return;
+    m_countBar->updateGeometry();
     // The name has more or less room now.
     layout()->activate();
     _setElidedName();
@@ -159,11 +164,23 @@ void FocusGroupWidget::_setIcon()
     m_icon->setPixmap(icon.pixmap(QSize(iconSize, iconSize), devicePixelRatioF()));
 }
 
+/// On one line, and no longer than anybody could read.
+QString FocusGroupWidget::_shownName() const
+{
+    return shownGroupName(group()).left(longestName).simplified();
+}
+
 void FocusGroupWidget::_setElidedName()
 {
-    const QString name = shownGroupName(group()).simplified();
+    const QString name = _shownName();
     m_name->setText(m_name->fontMetrics().elidedText(name, Qt::ElideRight, m_name->width()));
-    QStringList parts = {name};
+    _setAccessibleName();
+}
+
+/// The name and what the count bar says.
+void FocusGroupWidget::_setAccessibleName()
+{
+    QStringList parts = {_shownName()};
     const std::array texts = {tr("%1 due now"), tr("%1 soon"), tr("%1 later")};
     for (size_t section = 0; section < texts.size(); ++section) {
         if (m_counts.at(section) > 0)
@@ -175,7 +192,7 @@ void FocusGroupWidget::_setElidedName()
 /// The full name where it is cut, and the key.
 QString FocusGroupWidget::_toolTip() const
 {
-    const QString name = shownGroupName(group()).simplified();
+    const QString name = _shownName();
     if (m_shortcut.isEmpty() && m_name->text() == name)
         return {};
     return plainToolTip(m_shortcut.isEmpty() ? name : u"%1 (%2)"_s.arg(name, m_shortcut));
@@ -250,16 +267,21 @@ bool FocusGroupWidget::_takes(const DragGroup& drag) const
                         });
 }
 
+void FocusGroupWidget::setDragOver(const boost::shared_ptr<DragGroup>& drag)
+{
+    m_drag = drag && _takes(*drag) ? drag : boost::shared_ptr<DragGroup>();
+    _setBit(dragOverBit, m_drag != nullptr);
+}
+
 void FocusGroupWidget::dragEnterEvent(QDragEnterEvent* event)
 {
-    const boost::shared_ptr<DragGroup> drag = dragOf(event->mimeData());
-    if (!drag || !_takes(*drag)) {
+    setDragOver(dragOf(event->mimeData()));
+    if (!m_drag) {
         event->ignore();
         return;
     }
     event->setDropAction(Qt::MoveAction);
     event->accept();
-    _setBit(dragOverBit, true);
 }
 
 void FocusGroupWidget::dragMoveEvent(QDragMoveEvent* event)
@@ -269,25 +291,46 @@ void FocusGroupWidget::dragMoveEvent(QDragMoveEvent* event)
 
 void FocusGroupWidget::dragLeaveEvent(QDragLeaveEvent* /*event*/)
 {
-    _setBit(dragOverBit, false);
+    setDragOver({});
     Q_EMIT dragGone();
 }
 
 void FocusGroupWidget::dropEvent(QDropEvent* event)
 {
-    _setBit(dragOverBit, false);
+    setDragOver({});
     Q_EMIT dragGone();
     const boost::shared_ptr<DragGroup> drag = dragOf(event->mimeData());
-    // The store may have changed since the drag came in.
-    if (!drag || !_takes(*drag)) {
-        event->ignore();
-        return;
-    }
-    if (drag->type() == DragGroup::GroupDrag)
-        taskStorage().moveGroup(m_id, drag->groupId());
+    FocusGroupWidget* target = _entryAt(event->position().toPoint());
+    if (drag && target && target->_take(*drag))
+        event->acceptProposedAction();
     else
-        _takeTasks(*drag);
-    event->acceptProposedAction();
+        event->ignore();
+}
+
+/// The entry at a point in this one's coordinates: the drop comes to where the drag came in, and
+/// the panel may have scrolled since.
+FocusGroupWidget* FocusGroupWidget::_entryAt(const QPoint& point)
+{
+    if (rect().contains(point))
+        return this;
+    for (QObject* sibling : parentWidget()->children()) {
+        auto* entry = qobject_cast<FocusGroupWidget*>(sibling);
+        if (entry && entry->isVisible() && entry->geometry().contains(mapToParent(point)))
+            return entry;
+    }
+    return nullptr;
+}
+
+/// Returns false where the store has changed since the drag came in.
+bool FocusGroupWidget::_take(DragGroup& drag)
+{
+    if (!_takes(drag))
+        return false;
+    if (drag.type() == DragGroup::GroupDrag)
+        taskStorage().moveGroup(m_id, drag.groupId());
+    else
+        _takeTasks(drag);
+    return true;
 }
 
 /// Into Trash and Completed tasks are always moved.

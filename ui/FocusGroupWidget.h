@@ -6,6 +6,8 @@
 
 #include <QWidget>
 
+#include <boost/shared_ptr.hpp>
+
 class CountWidget;
 class DragGroup;
 class QLabel;
@@ -40,6 +42,10 @@ public:
     void setSelected(bool selected);
     [[nodiscard]] bool highlighted() const { return (m_state & highlightBit) != 0; }
     void setHighlighted(bool highlighted);
+    /// The tasks or group being dragged over the entry; empty for none.
+    [[nodiscard]] const boost::shared_ptr<DragGroup>& dragOver() const { return m_drag; }
+    /// A drag has come over the entry, which shows so if it would take it; empty: it has gone.
+    void setDragOver(const boost::shared_ptr<DragGroup>& drag);
     /// The key that makes the group current, for the tool tip; empty for none.
     void setShortcut(const QString& shortcut) { m_shortcut = shortcut; }
 
@@ -70,11 +76,15 @@ private:
 
     void _setBit(uint bit, bool on);
     void _createLayout();
+    [[nodiscard]] QString _shownName() const;
     void _setElidedName();
+    void _setAccessibleName();
     void _setIcon();
     void _showCounts();
     [[nodiscard]] QString _toolTip() const;
     [[nodiscard]] bool _takes(const DragGroup& drag) const;
+    [[nodiscard]] FocusGroupWidget* _entryAt(const QPoint& point);
+    [[nodiscard]] bool _take(DragGroup& drag);
     void _takeTasks(DragGroup& drag);
 
     FocusGroup::Id m_id;
@@ -86,6 +96,7 @@ private:
     qsizetype m_shownSize = 0;
     TaskSections::Counts m_counts = {};
     QString m_shortcut;
+    boost::shared_ptr<DragGroup> m_drag;
     QLabel* m_icon;
     QLabel* m_name;
     CountWidget* m_countBar;

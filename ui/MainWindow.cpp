@@ -257,6 +257,15 @@ void MainWindow::moveEvent(QMoveEvent* event)
     Q_EMIT widgetMoved();
 }
 
+void MainWindow::resizeEvent(QResizeEvent* event)
+{
+    LocalizedDialog::resizeEvent(event);
+    const int widest = width() - paneMinimumWidth - m_splitter->handleWidth();
+    // The tasks stay in view however narrow the window gets.
+    if (m_splitter->handlePos() > widest && m_animation->state() != QAbstractAnimation::Running)
+        m_splitter->setHandlePos(widest);
+}
+
 void MainWindow::showEvent(QShowEvent* event)
 {
     LocalizedDialog::showEvent(event);

@@ -40,6 +40,7 @@ Q_SIGNALS:
 
 protected:
     void moveEvent(QMoveEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
     void showEvent(QShowEvent* event) override;
 
 private Q_SLOTS:

@@ -13,6 +13,7 @@
 #include <QDesktopServices>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QHideEvent>
 #include <QLabel>
 #include <QListWidget>
@@ -265,7 +266,9 @@ void ExportDialog::accept()
     if (path.isEmpty())
         return;
     QFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
+    // Opening a pipe would wait for a reader.
+    const bool isOdd = file.exists() && !QFileInfo(path).isFile();
+    if (isOdd || !file.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
         _reportUnwritable(path);
         return;
     }

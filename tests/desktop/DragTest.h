@@ -12,20 +12,24 @@ class DragTest : public WindowTest
     Q_OBJECT
 
 protected:
-    /// Presses at one point of the window, moves to the other and lets go there, while the drag's
-    /// own loop runs.
-    void drag(const QPoint& from, const QPoint& to, Qt::KeyboardModifiers keys = {})
+    /// Presses at one point of the window, moves to the other and lets go there once `letsGo`
+    /// holds, while the drag's own loop runs.
+    void drag(
+        const QPoint& from, const QPoint& to, Qt::KeyboardModifiers keys = {},
+        const std::function<bool()>& letsGo = [] { return true; })
     {
         QWindow* window = m_window->windowHandle();
         int step = 0;
+        bool released = false;
         constexpr int steps = 6;
         QTimer walk;
         connect(&walk, &QTimer::timeout, this, [&] {
             if (++step <= steps) {
                 QTest::mouseEvent(QTest::MouseMove, window, Qt::NoButton, keys,
                                   from + (to - from) * step / steps);
-            } else {
+            } else if (letsGo()) {
                 walk.stop();
+                released = true;
                 QTest::mouseRelease(window, Qt::LeftButton, keys, to);
             }
         });
@@ -37,7 +41,7 @@ protected:
         // The drag's loop runs inside this: no timer that starts it would tick in there.
         const QPoint far(QApplication::startDragDistance() + 1, 0);
         QTest::mouseEvent(QTest::MouseMove, window, Qt::NoButton, keys, from + far);
-        QTRY_VERIFY_WITH_TIMEOUT(step > steps, 15000);
+        QTRY_VERIFY_WITH_TIMEOUT(released, 15000);
         QTRY_VERIFY(!dynamic_singleton<DragHelper>::inst().dragGroup(0));
     }
 

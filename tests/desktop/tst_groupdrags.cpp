@@ -3,6 +3,8 @@
 #include "ui/FocusGroupListWidget.h"
 #include "ui/FocusGroupWidget.h"
 
+#include <QScrollBar>
+
 using namespace Qt::StringLiterals;
 
 class GroupDragsTest : public DragTest
@@ -66,6 +68,20 @@ private Q_SLOTS:
         QCOMPARE(tasksOf(entry), there);
         for (const FocusGroupWidget* one : panel().entries())
             QVERIFY(!one->highlighted());
+    }
+
+    /// The drop goes to the group below the pointer, wherever the drag came in.
+    void dropAfterScrolling()
+    {
+        for (int i = 0; i < 40; ++i)
+            store().createGroup(QString::number(i), {});
+        panel().refresh();
+        QCoreApplication::processEvents();
+        QScrollBar* bar = panel().verticalScrollBar();
+        const QPoint low = panel().viewport()->mapTo(m_window.get(),
+                                                     QPoint(40, panel().viewport()->height() - 15));
+        drag(inWindow(0), low, {}, [bar] { return bar->value() == bar->maximum(); });
+        QCOMPARE(namesIn(TaskStorage::ms_trashId), u"a"_s);
     }
 
     void groups_data()

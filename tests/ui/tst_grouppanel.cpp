@@ -346,6 +346,29 @@ private Q_SLOTS:
         QCOMPARE(asked.size(), before);
     }
 
+    void newGroupIsScrolledIntoView()
+    {
+        for (int i = 0; i < 40; ++i)
+            store().createGroup(QString::number(i), {});
+        panel().refresh();
+        QCoreApplication::processEvents();
+        fillDialog(u"last"_s);
+        panel()._onAddGroup();
+        const FocusGroupWidget* added = entry(panel().groupId());
+        QCOMPARE(added->group().name(), u"last"_s);
+        QVERIFY(panel().viewport()->rect().contains(
+            QRect(added->mapTo(panel().viewport(), QPoint()), added->size())));
+    }
+
+    void removingAGroupEndsTheEditInIt()
+    {
+        panel().setCurrentGroup(m_home);
+        list().newTask();
+        Prompt::setAnswerer([](const Prompt::Question&) { return QMessageBox::Yes; });
+        panel()._onRemoveGroup();
+        QCOMPARE(store().getGroup(TaskStorage::ms_trashId).tasks().size(), 0);
+    }
+
     void keysReachEveryGroup()
     {
         key(Qt::Key_PageDown, Qt::ControlModifier);

@@ -423,6 +423,25 @@ private Q_SLOTS:
         QCOMPARE(settings().groupPanelWidth, 210);
     }
 
+    void languageChangeGivesTheToggleItsNeutralText()
+    {
+        QAction* toggle = dynamic_singleton<ActionsHelper>::inst().switchView();
+        toggle->trigger();
+        QTRY_COMPARE(toggle->text(), u"Normal"_s);
+        QEvent change(QEvent::LanguageChange);
+        QCoreApplication::sendEvent(m_window.get(), &change);
+        QCOMPARE(toggle->text(), u"Toggle view"_s);
+        toggle->trigger();
+        QTRY_COMPARE(toggle->text(), u"Compact"_s);
+    }
+
+    void tasksStayInViewInANarrowWindow()
+    {
+        m_window->findChild<FancySplitter*>()->setHandlePos(600);
+        m_window->resize(400, 300);
+        QVERIFY(list().isVisible() && list().width() >= 100);
+    }
+
     void panelWidthFromTheFileIsBroughtIntoRange_data()
     {
         QTest::addColumn<int>("stored");
