@@ -5,11 +5,14 @@
 #include "ui/controls/FancyToolBtn.h"
 #include "ui/controls/StyleHelper.h"
 
+#include <QLayout>
 #include <QPainter>
 
 namespace {
 /// Wide enough for each of the changing labels, so that the bar does not jump.
 constexpr int switchViewWidth = 60;
+/// Of a button without text: four of them fit into the narrowest pane.
+constexpr int narrowWidth = 25;
 } // namespace
 
 Toolbar::Toolbar(QWidget* parent)
@@ -27,15 +30,18 @@ Toolbar::Toolbar(QWidget* parent)
     _addSpacer();
     _addButton(actions.cleanup());
     _addSpacer();
-    _addButton(actions.switchView())->setMinimumWidth(switchViewWidth);
+    _addButton(actions.switchView());
+    m_margins = layout()->contentsMargins();
+    m_spacing = qMax(0, layout()->spacing());
+    _showTexts(true);
 }
 
-QWidget* Toolbar::_addButton(QAction* action)
+FancyToolBtn* Toolbar::_addButton(QAction* action)
 {
     auto* button = new FancyToolBtn(this);
     button->setDefaultAction(action);
-    button->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
     addWidget(button);
+    m_buttons += button;
     return button;
 }
 
@@ -44,6 +50,28 @@ void Toolbar::_addSpacer()
     auto* spacer = new QWidget(this);
     spacer->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     addWidget(spacer);
+}
+
+void Toolbar::_showTexts(bool shown)
+{
+    for (FancyToolBtn* button : std::as_const(m_buttons)) {
+        button->setToolButtonStyle(shown ? Qt::ToolButtonTextUnderIcon : Qt::ToolButtonIconOnly);
+        button->setMaximumWidth(shown ? QWIDGETSIZE_MAX : narrowWidth);
+    }
+    m_buttons.last()->setMinimumWidth(shown ? switchViewWidth : 0);
+    layout()->setContentsMargins(shown ? m_margins.left() : 0, m_margins.top(),
+                                 shown ? m_margins.right() : 0, m_margins.bottom());
+    layout()->setSpacing(shown ? m_spacing : 0);
+}
+
+void Toolbar::resizeEvent(QResizeEvent* event)
+{
+    _showTexts(true);
+    int needed = m_margins.left() + m_margins.right() + (m_buttons.size() + 1) * m_spacing;
+    for (const FancyToolBtn* button : std::as_const(m_buttons))
+        needed += qMax(button->sizeHint().width(), button->minimumWidth());
+    _showTexts(needed <= width());
+    QToolBar::resizeEvent(event);
 }
 
 void Toolbar::paintEvent(QPaintEvent* /*event*/)

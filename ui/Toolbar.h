@@ -3,6 +3,10 @@
 
 #include <QToolBar>
 
+class FancyToolBtn;
+
+/// Shows its buttons without their texts where it is too narrow: what a tool bar has no room for is
+/// out of reach.
 class Toolbar : public QToolBar
 {
     Q_OBJECT
@@ -12,8 +16,15 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
-    QWidget* _addButton(QAction* action);
+    FancyToolBtn* _addButton(QAction* action);
     void _addSpacer();
+    void _showTexts(bool shown);
+
+    QList<FancyToolBtn*> m_buttons;
+    // As the style has them.
+    QMargins m_margins;
+    int m_spacing = 0;
 };

@@ -3,7 +3,9 @@
 #include "tests/ui/WindowTest.h"
 #include "ui/FocusGroupListWidget.h"
 #include "ui/FocusGroupWidget.h"
+#include "ui/Toolbar.h"
 #include "ui/controls/FancySplitter.h"
+#include "ui/controls/FancyToolBtn.h"
 #include "ui/controls/TaskCheckbox.h"
 
 #include <QScrollArea>
@@ -435,11 +437,17 @@ private Q_SLOTS:
         QTRY_COMPARE(toggle->text(), u"Compact"_s);
     }
 
-    void tasksStayInViewInANarrowWindow()
+    void everythingStaysInReachInANarrowWindow()
     {
         m_window->findChild<FancySplitter*>()->setHandlePos(600);
-        m_window->resize(400, 300);
+        m_window->resize(320, 300);
         QVERIFY(list().isVisible() && list().width() >= 100);
+        const auto* bar = m_window->findChild<Toolbar*>();
+        QTRY_COMPARE(bar->findChildren<FancyToolBtn*>().last()->text(), u"Compact"_s);
+        for (const auto* button : bar->findChildren<FancyToolBtn*>()) {
+            QVERIFY2(bar->rect().contains(button->geometry()), qPrintable(button->text()));
+            QVERIFY2(button->isVisible(), qPrintable(button->text()));
+        }
     }
 
     void panelWidthFromTheFileIsBroughtIntoRange_data()
