@@ -12,7 +12,8 @@ namespace {
 /// Wide enough for each of the changing labels, so that the bar does not jump.
 constexpr int switchViewWidth = 60;
 /// Of a button without text: four of them fit into the narrowest pane.
-constexpr int narrowWidth = 25;
+constexpr int narrowWidth = 24;
+constexpr QMargins narrowMargins(1, 1, 1, 1);
 } // namespace
 
 Toolbar::Toolbar(QWidget* parent)
@@ -59,8 +60,7 @@ void Toolbar::_showTexts(bool shown)
         button->setMaximumWidth(shown ? QWIDGETSIZE_MAX : narrowWidth);
     }
     m_buttons.last()->setMinimumWidth(shown ? switchViewWidth : 0);
-    layout()->setContentsMargins(shown ? m_margins.left() : 0, m_margins.top(),
-                                 shown ? m_margins.right() : 0, m_margins.bottom());
+    layout()->setContentsMargins(shown ? m_margins : narrowMargins);
     layout()->setSpacing(shown ? m_spacing : 0);
 }
 
