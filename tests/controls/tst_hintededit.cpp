@@ -268,6 +268,36 @@ private Q_SLOTS:
         QCOMPARE(focus, (QList<QVariantList>{{true}, {false}}));
     }
 
+    /// A drag keeps the release of the button to itself: the press must end all the same.
+    void pressEndsWithoutItsRelease()
+    {
+        struct TimerCount : QObject
+        {
+            int count = 0;
+            bool eventFilter(QObject* /*watched*/, QEvent* event) override
+            {
+                count += event->type() == QEvent::Timer ? 1 : 0;
+                return false;
+            }
+        };
+        NotesTextEdit edit(QString(30, u'\n') + u"end"_s, u"Notes"_s);
+        edit.resize(200, 60);
+        edit.show();
+        const auto move = [&edit](const QPoint& to) {
+            QMouseEvent event(QEvent::MouseMove, to, edit.viewport()->mapToGlobal(to), Qt::NoButton,
+                              Qt::LeftButton, Qt::NoModifier);
+            QCoreApplication::sendEvent(edit.viewport(), &event);
+        };
+        QTest::mousePress(edit.viewport(), Qt::LeftButton, {}, {5, 5});
+        TimerCount timers;
+        edit.installEventFilter(&timers);
+        move({5, 200});
+        QTRY_VERIFY(timers.count > 0);
+        const int position = edit.textCursor().position();
+        move({5, 5});
+        QCOMPARE(edit.textCursor().position(), position);
+    }
+
     /// Only a field that has lines out of sight keeps the wheel.
     void wheelGoesOn()
     {
