@@ -61,7 +61,8 @@ void MainWindow::_createLayout()
     paneLayout->setSpacing(0);
     m_taskList = new TaskListWidget(TaskStorage::ms_inboxId, m_rightPane);
     paneLayout->addWidget(m_taskList, 1);
-    paneLayout->addWidget(new Toolbar(m_rightPane), 0);
+    m_toolbar = new Toolbar(m_rightPane);
+    paneLayout->addWidget(m_toolbar, 0);
 
     m_splitter->addWidget(m_groupList);
     m_splitter->addWidget(m_rightPane);
@@ -161,6 +162,11 @@ void MainWindow::retranslateUI()
 {
     setWindowTitle(ProductHelper::productDisplayName());
     dynamic_singleton<ActionsHelper>::inst().retranslateUI();
+    // The keys that belong to no button or entry are told of where there is none.
+    m_groupList->viewport()->setToolTip(tr("Previous and next group: %1, %2")
+                                            .arg(shortcuts::textOf(shortcuts::previousGroup),
+                                                 shortcuts::textOf(shortcuts::nextGroup)));
+    m_toolbar->setToolTip(tr("Hide the window: %1").arg(shortcuts::textOf(shortcuts::hideWindow)));
 }
 
 void MainWindow::_onNewTask()

@@ -65,5 +65,6 @@ private:
     TaskListWidget* m_taskList = nullptr;
     FancySplitter* m_splitter = nullptr;
     QWidget* m_rightPane = nullptr;
+    QWidget* m_toolbar = nullptr;
     QPropertyAnimation* m_animation = nullptr;
 };

@@ -269,6 +269,14 @@
         <source>Compact</source>
         <translation>Компактный</translation>
     </message>
+    <message>
+        <source>Previous and next group: %1, %2</source>
+        <translation>Предыдущая и следующая группа: %1, %2</translation>
+    </message>
+    <message>
+        <source>Hide the window: %1</source>
+        <translation>Скрыть окно: %1</translation>
+    </message>
 </context>
 <context>
     <name>MyCalendar</name>

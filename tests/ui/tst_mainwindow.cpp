@@ -158,7 +158,7 @@ private Q_SLOTS:
 
     void tickingCompletesAndCleanupFiles()
     {
-        addTasks({u"a"_s, u"b"_s, {}, u"c"_s});
+        addTasks({u"a"_s, u"b"_s, {}, u"c"_s, u"d"_s});
         auto* box = row(1)->findChild<TaskCheckbox*>();
         QTest::mouseClick(box, Qt::LeftButton);
         const TodoTask done = store().get(list().rows().idAt(1));
@@ -168,11 +168,13 @@ private Q_SLOTS:
         QTest::mouseClick(box, Qt::LeftButton);
         QVERIFY(!store().get(done.id()).completed());
         QTest::mouseClick(box, Qt::LeftButton);
+        QTest::mouseClick(row(4)->findChild<TaskCheckbox*>(), Qt::LeftButton);
 
         dynamic_singleton<ActionsHelper>::inst().cleanup()->trigger();
         QCOMPARE(shown(), u"a,c"_s);
         QCOMPARE(inbox(), u"a,c"_s);
-        QCOMPARE(namesIn(TaskStorage::ms_completedId), u"b"_s);
+        // From the bottom up.
+        QCOMPARE(namesIn(TaskStorage::ms_completedId), u"d,b"_s);
         QCOMPARE(namesIn(TaskStorage::ms_trashId), QString());
         QCOMPARE(store().getGroup(TaskStorage::ms_trashId).tasks().size(), 1);
     }
