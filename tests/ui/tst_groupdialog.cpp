@@ -1,5 +1,6 @@
 // The dialog for a group's name and icon.
 #include "app/base/Prompt.h"
+#include "tests/support/Capitals.h"
 #include "tests/support/LogWatch.h"
 #include "ui/EditGroupDialog.h"
 #include "ui/SelectIconWidget.h"
@@ -8,25 +9,10 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
-#include <QTranslator>
 
 #include <memory>
 
 using namespace Qt::StringLiterals;
-
-namespace {
-/// A language in which every text is in capitals.
-class Capitals : public QTranslator
-{
-public:
-    [[nodiscard]] bool isEmpty() const override { return false; }
-    [[nodiscard]] QString translate(const char* /*context*/, const char* text,
-                                    const char* /*comment*/, int /*n*/) const override
-    {
-        return QString::fromUtf8(text).toUpper();
-    }
-};
-} // namespace
 
 class GroupDialogTest : public QObject
 {

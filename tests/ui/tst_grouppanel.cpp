@@ -1,9 +1,9 @@
 // The panel of groups: what its entries show and take, its menu, its dialogs.
 #include "app/base/DayWatch.h"
 #include "app/base/Prompt.h"
+#include "tests/ui/RegisteredDrag.h"
 #include "tests/ui/WindowTest.h"
 #include "ui/CountWidget.h"
-#include "ui/DragHelper.h"
 #include "ui/EditGroupDialog.h"
 #include "ui/FocusGroupListWidget.h"
 #include "ui/FocusGroupWidget.h"
@@ -12,7 +12,6 @@
 #include <QDropEvent>
 #include <QLineEdit>
 #include <QMenu>
-#include <QMimeData>
 #include <QTimer>
 
 #include <boost/make_shared.hpp>
@@ -71,17 +70,13 @@ private:
     /// Drags over the entry and drops there. Returns whether the entry let it in.
     bool drop(const boost::shared_ptr<DragGroup>& drag, FocusGroupWidget* target)
     {
-        auto& registry = dynamic_singleton<DragHelper>::inst();
-        const int id = registry.startDrag(drag);
-        QMimeData data;
-        data.setData(DragHelper::dragMimeType(), QByteArray::number(id));
+        const RegisteredDrag dragged(drag);
         const QPoint point(20, 8);
-        QDragEnterEvent enter(point, Qt::MoveAction, &data, Qt::LeftButton, {});
+        QDragEnterEvent enter(point, Qt::MoveAction, &dragged.data, Qt::LeftButton, {});
         enter.ignore();
         QCoreApplication::sendEvent(target, &enter);
-        QDropEvent event(point, Qt::MoveAction, &data, Qt::LeftButton, {});
+        QDropEvent event(point, Qt::MoveAction, &dragged.data, Qt::LeftButton, {});
         QCoreApplication::sendEvent(target, &event);
-        registry.dragDone(id);
         return enter.isAccepted();
     }
     /// Answers the group dialog that opens next.

@@ -1,9 +1,8 @@
 // Drops onto the task list, sent to it directly: what it takes, and where rows land.
+#include "tests/ui/RegisteredDrag.h"
 #include "tests/ui/WindowTest.h"
-#include "ui/DragHelper.h"
 
 #include <QDropEvent>
-#include <QMimeData>
 #include <QScrollBar>
 
 #include <boost/make_shared.hpp>
@@ -76,18 +75,15 @@ private Q_SLOTS:
         addTasks({u"a"_s, u"b"_s, u"c"_s, u"d"_s, u"e"_s});
         select(selection);
         const auto drag = dragOfSelection();
-        const int id = dynamic_singleton<DragHelper>::inst().startDrag(drag);
-        QMimeData data;
-        data.setData(DragHelper::dragMimeType(), QByteArray::number(id));
+        const RegisteredDrag dragged(drag);
         const QPoint point = target < 0 ? emptySpace() : middleOf(target);
-        drop(data, {middleOf(0), point});
+        drop(dragged.data, {middleOf(0), point});
         QCOMPARE(shown(), order);
         QCOMPARE(inbox(), order);
         QCOMPARE(drag->result(), selection == u"abcde"_s ? 0 : 3);
         QCOMPARE(selected().remove(u','), selection);
         QCoreApplication::processEvents();
         QCOMPARE(shown(), order);
-        dynamic_singleton<DragHelper>::inst().dragDone(id);
     }
 
     void refuses_data()
@@ -106,26 +102,21 @@ private Q_SLOTS:
         QFETCH(QByteArray, content);
         addTasks({u"a"_s, u"b"_s});
         click(1);
-        auto& registry = dynamic_singleton<DragHelper>::inst();
-        const int id = registry.startDrag(boost::make_shared<DragGroup>(DragGroup::GroupDrag));
-        QCOMPARE(id, 0);
+        const RegisteredDrag group(boost::make_shared<DragGroup>(DragGroup::GroupDrag));
+        QCOMPARE(group.id, 0);
         QMimeData data;
         data.setData(format, content);
         QVERIFY(!drop(data, {middleOf(0)}));
         QCOMPARE(shown(), u"a,b"_s);
-        registry.dragDone(id);
     }
 
     void gapsAndMarginsKeepThePosition()
     {
         addTasks({u"a"_s, u"b"_s, u"c"_s});
         click(2);
-        const int id = dynamic_singleton<DragHelper>::inst().startDrag(dragOfSelection());
-        QMimeData data;
-        data.setData(DragHelper::dragMimeType(), QByteArray::number(id));
-        drop(data, {middleOf(1), {2, middleOf(0).y()}});
+        const RegisteredDrag dragged(dragOfSelection());
+        drop(dragged.data, {middleOf(1), {2, middleOf(0).y()}});
         QCOMPARE(shown(), u"a,c,b"_s);
-        dynamic_singleton<DragHelper>::inst().dragDone(id);
     }
 
     /// The line lies in the gap between rows, where nothing paints over it, and goes with the drag.
@@ -133,23 +124,20 @@ private Q_SLOTS:
     {
         addTasks({u"a"_s, u"b"_s, u"c"_s});
         click(2);
-        const int id = dynamic_singleton<DragHelper>::inst().startDrag(dragOfSelection());
-        QMimeData data;
-        data.setData(DragHelper::dragMimeType(), QByteArray::number(id));
+        const RegisteredDrag dragged(dragOfSelection());
         const auto colourAbove = [this](qsizetype number) {
             const QRect place = list().rowRect(number);
             return list().viewport()->grab().toImage().pixelColor(place.center().x(),
                                                                   place.top() - 1);
         };
         const QColor line(0x1B, 0x75, 0xBB);
-        QDragEnterEvent enter(middleOf(1), Qt::MoveAction, &data, Qt::LeftButton, {});
+        QDragEnterEvent enter(middleOf(1), Qt::MoveAction, &dragged.data, Qt::LeftButton, {});
         QCoreApplication::sendEvent(list().viewport(), &enter);
         QCOMPARE(colourAbove(1), line);
         QVERIFY(colourAbove(2) != line);
         QDragLeaveEvent leave;
         QCoreApplication::sendEvent(list().viewport(), &leave);
         QVERIFY(colourAbove(1) != line);
-        dynamic_singleton<DragHelper>::inst().dragDone(id);
     }
 
     void listScrollsUnderADragAtItsEdge()
@@ -159,18 +147,15 @@ private Q_SLOTS:
             names += QString::number(i);
         addTasks(names);
         click(0);
-        const int id = dynamic_singleton<DragHelper>::inst().startDrag(dragOfSelection());
-        QMimeData data;
-        data.setData(DragHelper::dragMimeType(), QByteArray::number(id));
+        const RegisteredDrag dragged(dragOfSelection());
         const QPoint low(30, list().viewport()->height() - 1);
-        QDragEnterEvent enter(low, Qt::MoveAction, &data, Qt::LeftButton, {});
+        QDragEnterEvent enter(low, Qt::MoveAction, &dragged.data, Qt::LeftButton, {});
         QCoreApplication::sendEvent(list().viewport(), &enter);
         QScrollBar* bar = list().verticalScrollBar();
         QTRY_COMPARE(bar->value(), bar->maximum());
-        QDropEvent event(low, Qt::MoveAction, &data, Qt::LeftButton, {});
+        QDropEvent event(low, Qt::MoveAction, &dragged.data, Qt::LeftButton, {});
         QCoreApplication::sendEvent(list().viewport(), &event);
         QCOMPARE(store().get(list().rows().idAt(99)).name(), u"0"_s);
-        dynamic_singleton<DragHelper>::inst().dragDone(id);
     }
 };
 

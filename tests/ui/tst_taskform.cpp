@@ -1,4 +1,5 @@
 // A task edited in place: its name, notes and due date.
+#include "tests/support/Capitals.h"
 #include "tests/ui/WindowTest.h"
 #include "ui/controls/CalendarPopup.h"
 #include "ui/controls/DateWidget.h"
@@ -8,23 +9,8 @@
 #include "ui/controls/TaskCheckbox.h"
 
 #include <QScrollBar>
-#include <QTranslator>
 
 using namespace Qt::StringLiterals;
-
-namespace {
-/// A language in which every text is in capitals.
-class Capitals : public QTranslator
-{
-public:
-    [[nodiscard]] bool isEmpty() const override { return false; }
-    [[nodiscard]] QString translate(const char* /*context*/, const char* text,
-                                    const char* /*comment*/, int /*n*/) const override
-    {
-        return QString::fromUtf8(text).toUpper();
-    }
-};
-} // namespace
 
 class TaskFormTest : public WindowTest
 {
