@@ -44,7 +44,6 @@ TaskListWidget::TaskListWidget(const FocusGroup::Id& groupId, QWidget* parent)
     , m_background(u":/image/backgroundpattern"_s)
 {
     installTaskListAccessible();
-    setAcceptDrops(true);
     connect(&taskStorage(), &TaskStorage::taskChanged, this, &TaskListWidget::_onTaskChanged);
     connect(&taskStorage(), &TaskStorage::groupChanged, this, &TaskListWidget::_onGroupChanged);
     connect(new DayWatch(this), &DayWatch::dayChanged, this, &TaskListWidget::_repaintRows);
@@ -587,43 +586,6 @@ void TaskListWidget::_finishDrag(bool movedAway)
     m_mayDrag = false;
     m_leftDown = false;
     _holdRow(-1);
-}
-
-void TaskListWidget::dragEnterEvent(QDragEnterEvent* event)
-{
-    if (!taskdrag::find(event->mimeData())) {
-        event->ignore();
-        return;
-    }
-    event->acceptProposedAction();
-    _setDropPosition(event->position().toPoint());
-}
-
-void TaskListWidget::dragMoveEvent(QDragMoveEvent* event)
-{
-    if (!taskdrag::find(event->mimeData())) {
-        event->ignore();
-        return;
-    }
-    event->acceptProposedAction();
-    _setDropPosition(event->position().toPoint());
-}
-
-void TaskListWidget::dragLeaveEvent(QDragLeaveEvent* /*event*/)
-{
-    _clearDropPosition();
-}
-
-void TaskListWidget::dropEvent(QDropEvent* event)
-{
-    const TaskRows::DropPosition drop = _clearDropPosition();
-    const boost::shared_ptr<DragGroup> drag = taskdrag::find(event->mimeData());
-    if (!drag || !m_rows.isValid(drop.row)) {
-        event->ignore();
-        return;
-    }
-    event->acceptProposedAction();
-    _reorderSelected(*drag, drop);
 }
 
 void TaskListWidget::_reorderSelected(DragGroup& drag, const TaskRows::DropPosition& drop)

@@ -12,7 +12,6 @@
 
 class DragGroup;
 class GroupHintWidget;
-class QDropEvent;
 
 /// Shows a group's tasks as a column of rows and owns their selection, editing, keys and drags.
 /// What changes elsewhere in the store shows here by itself. An empty group shows what it is for.
@@ -67,10 +66,6 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
-    void dragEnterEvent(QDragEnterEvent* event) override;
-    void dragMoveEvent(QDragMoveEvent* event) override;
-    void dragLeaveEvent(QDragLeaveEvent* event) override;
-    void dropEvent(QDropEvent* event) override;
 
 private Q_SLOTS:
     void _onHeadStart(const QString& target);
@@ -103,7 +98,7 @@ private:
     void _finishDrag(bool movedAway);
     [[nodiscard]] boost::shared_ptr<DragGroup> _makeDrag(QList<TodoTask>& tasks) const;
     [[nodiscard]] QPixmap _dragPicture();
-    void _reorderSelected(DragGroup& drag, const TaskRows::DropPosition& drop);
+    void _reorderSelected(DragGroup& drag, const TaskRows::DropPosition& drop) override;
 
     bool m_endedByReturn = false;
     TaskWidget* m_edited = nullptr;

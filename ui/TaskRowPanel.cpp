@@ -1,10 +1,12 @@
 #include "ui/TaskRowPanel.h"
 
 #include "ui/DragAutoScroll.h"
+#include "ui/DragGroup.h"
+#include "ui/TaskDrag.h"
 #include "ui/TaskWidget.h"
 #include "ui/controls/StyleHelper.h"
 
-#include <QEvent>
+#include <QDropEvent>
 #include <QHash>
 #include <QPainter>
 #include <QScopedValueRollback>
@@ -26,6 +28,7 @@ TaskRowPanel::TaskRowPanel(QWidget* parent)
     setWidget(m_body);
     // After setWidget(), which turns it on.
     m_body->setAutoFillBackground(false);
+    setAcceptDrops(true);
     connect(m_autoScroll, &DragAutoScroll::scrolled, this, &TaskRowPanel::_setDropPosition);
 }
 
@@ -300,6 +303,8 @@ void TaskRowPanel::_scrollTo(qint64 top, qint64 bottom)
         verticalScrollBar()->setValue(m_rows.toScroll(bottom - height, height));
 }
 
+/// Shows by a line where rows dropped at this point of the viewport would go, and scrolls near the
+/// edges.
 void TaskRowPanel::_setDropPosition(const QPoint& point)
 {
     m_autoScroll->follow(point);
@@ -313,11 +318,44 @@ void TaskRowPanel::_setDropPosition(const QPoint& point)
     viewport()->update();
 }
 
+/// Takes the line away and returns where it was.
 TaskRows::DropPosition TaskRowPanel::_clearDropPosition()
 {
     m_autoScroll->stop();
     viewport()->update();
     return std::exchange(m_drop, {});
+}
+
+void TaskRowPanel::dragEnterEvent(QDragEnterEvent* event)
+{
+    dragMoveEvent(event);
+}
+
+void TaskRowPanel::dragMoveEvent(QDragMoveEvent* event)
+{
+    if (!taskdrag::find(event->mimeData())) {
+        event->ignore();
+        return;
+    }
+    event->acceptProposedAction();
+    _setDropPosition(event->position().toPoint());
+}
+
+void TaskRowPanel::dragLeaveEvent(QDragLeaveEvent* /*event*/)
+{
+    _clearDropPosition();
+}
+
+void TaskRowPanel::dropEvent(QDropEvent* event)
+{
+    const TaskRows::DropPosition drop = _clearDropPosition();
+    const boost::shared_ptr<DragGroup> drag = taskdrag::find(event->mimeData());
+    if (!drag || !m_rows.isValid(drop.row)) {
+        event->ignore();
+        return;
+    }
+    event->acceptProposedAction();
+    _reorderSelected(*drag, drop);
 }
 
 void TaskRowPanel::paintEvent(QPaintEvent* event)

@@ -7,6 +7,7 @@
 #include <QPointer>
 
 class DragAutoScroll;
+class DragGroup;
 class TaskWidget;
 
 /// Lays task rows out by hand and gives a widget to the rows in view, the edited one and the one
@@ -34,9 +35,16 @@ protected:
     void scrollContentsBy(int dx, int dy) override;
     void changeEvent(QEvent* event) override;
     bool focusNextPrevChild(bool next) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dragLeaveEvent(QDragLeaveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
     /// A new widget, for whichever rows come to need one; not called by the constructor.
     [[nodiscard]] virtual TaskWidget* _createRow(QWidget* parent) = 0;
+
+    /// Tasks were dropped at a place that the panel had shown.
+    virtual void _reorderSelected(DragGroup& drag, const TaskRows::DropPosition& drop) = 0;
 
     /// To be called whenever rows have come, gone, moved or changed their height.
     void _layoutRows();
@@ -69,11 +77,6 @@ protected:
     void _holdRow(qsizetype row);
     /// Centres a widget where the rows would be; null for none. The widget stays the caller's.
     void _setFiller(QWidget* filler);
-    /// Shows by a line where rows dropped at this point of the viewport would go, and scrolls near
-    /// the edges.
-    void _setDropPosition(const QPoint& point);
-    /// Takes the line away and returns where it was.
-    TaskRows::DropPosition _clearDropPosition();
     [[nodiscard]] QWidget* _body() const { return m_body; }
     /// A widget that shows the task as a row of this list does, until the next call of any function
     /// here; never visible itself.
@@ -94,6 +97,8 @@ private:
     void _releaseUnwanted(QList<LiveRow>& wanted, const QList<TaskWidget*>& left);
     void _placeRows();
     void _placeFiller();
+    void _setDropPosition(const QPoint& point);
+    TaskRows::DropPosition _clearDropPosition();
     [[nodiscard]] TaskWidget* _takeWidget(const TodoTask::Id& id);
     [[nodiscard]] qint64 _shownTop() const;
 

@@ -18,8 +18,8 @@ void FancyLineEdit::focusInEvent(QFocusEvent* event)
     // The context menu gives the focus back before its command runs: "Copy" is meant for what
     // was selected when it opened. And whoever comes back to the window goes on typing: a
     // selection would lose what stands there already.
-    const bool comesBack = event->reason() == Qt::PopupFocusReason ||
-                           event->reason() == Qt::ActiveWindowFocusReason;
+    const bool comesBack =
+        event->reason() == Qt::PopupFocusReason || event->reason() == Qt::ActiveWindowFocusReason;
     if (m_selectAllOnFocus && !comesBack)
         selectAll();
     // The press that follows clears the selection; its release selects again.
