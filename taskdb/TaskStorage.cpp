@@ -206,6 +206,11 @@ bool TaskStorage::isCustom(const FocusGroup::Id& id)
     return id != ms_inboxId && id != ms_completedId && id != ms_trashId;
 }
 
+bool TaskStorage::isArchive(const FocusGroup::Id& id)
+{
+    return id == ms_trashId || id == ms_completedId;
+}
+
 TodoTask::Id TaskStorage::createTask(const FocusGroup::Id& groupId)
 {
     if (groupId.isNull())
@@ -329,7 +334,7 @@ void TaskStorage::moveTasks(const FocusGroup::Id& fromGroupId, const FocusGroup:
         return;
 
     // A handler may change the tables, so the groups are looked up anew after each emission.
-    if (toGroupId == ms_trashId || toGroupId == ms_completedId) {
+    if (isArchive(toGroupId)) {
         for (const TodoTask::Id& id : std::as_const(known)) {
             _removeFromAllGroups(id);
             if (FocusGroup* target = _findGroup(toGroupId))

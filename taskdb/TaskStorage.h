@@ -69,6 +69,8 @@ public:
     void enumGroups(QList<FocusGroup::Id>& ids) const;
     void enumGroup(const FocusGroup::Id& groupId, QList<TodoTask::Id>& ids) const;
     [[nodiscard]] static bool isCustom(const FocusGroup::Id& id);
+    /// Trash or Completed: a task moves there out of every group.
+    [[nodiscard]] static bool isArchive(const FocusGroup::Id& id);
 
     /// Creates an empty task at the end of the group, or of the Inbox if there is no such group.
     TodoTask::Id createTask(const FocusGroup::Id& groupId);

@@ -1,5 +1,7 @@
 #include "ui/DragHelper.h"
 
+#include <QMimeData>
+
 using namespace Qt::StringLiterals;
 
 QString DragHelper::dragMimeType()
@@ -26,6 +28,12 @@ boost::shared_ptr<DragGroup> DragHelper::dragGroup(const QByteArray& data) const
     bool ok = false;
     const int id = data.toInt(&ok);
     return ok ? dragGroup(id) : boost::shared_ptr<DragGroup>();
+}
+
+boost::shared_ptr<DragGroup> DragHelper::dragOf(const QMimeData* data) const
+{
+    return data->hasFormat(dragMimeType()) ? dragGroup(data->data(dragMimeType()))
+                                           : boost::shared_ptr<DragGroup>();
 }
 
 void DragHelper::dragDone(int id)

@@ -10,6 +10,8 @@
 
 #include <boost/shared_ptr.hpp>
 
+class QMimeData;
+
 /// Only a drag's number travels in the MIME data; what is dragged stays here. Data of another
 /// running program, or of a drag that has ended, thus leads to nothing. Reached through
 /// dynamic_singleton<DragHelper>; interface thread.
@@ -29,6 +31,8 @@ public:
     [[nodiscard]] boost::shared_ptr<DragGroup> dragGroup(int id) const;
     /// The same by MIME content; empty as well for what is no decimal number.
     [[nodiscard]] boost::shared_ptr<DragGroup> dragGroup(const QByteArray& data) const;
+    /// The registered drag that this data stands for; empty for data of anything else.
+    [[nodiscard]] boost::shared_ptr<DragGroup> dragOf(const QMimeData* data) const;
     /// For the drag's source, once the drag is over, whatever became of it.
     void dragDone(int id);
 

@@ -9,6 +9,7 @@
 #include "taskdb/export/ExportDialog.h"
 #include "ui/DragAutoScroll.h"
 #include "ui/DragHelper.h"
+#include "ui/DragPicture.h"
 #include "ui/EditGroupDialog.h"
 #include "ui/FocusGroupWidget.h"
 #include "ui/GroupPanelAccessible.h"
@@ -19,7 +20,6 @@
 #include <QDrag>
 #include <QMenu>
 #include <QMimeData>
-#include <QPainter>
 #include <QScrollBar>
 #include <QVBoxLayout>
 
@@ -31,14 +31,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qreal dragOpacity = 0.8;
-
 bool isGroupDrag(const QMimeData* data)
 {
-    const QString format = DragHelper::dragMimeType();
-    if (!data->hasFormat(format))
-        return false;
-    const auto drag = dynamic_singleton<DragHelper>::inst().dragGroup(data->data(format));
+    const auto drag = dynamic_singleton<DragHelper>::inst().dragOf(data);
     return drag && drag->type() == DragGroup::GroupDrag;
 }
 
@@ -52,23 +47,6 @@ bool confirmed(QWidget* parent, const QString& text, QMessageBox::StandardButton
     question.buttons = yes | no;
     question.defaultButton = no;
     return Prompt::ask(parent, question) == yes;
-}
-
-/// The entry as it looks, on a transparent ground.
-QPixmap pictureOf(QWidget* entry)
-{
-    const qreal ratio = entry->devicePixelRatioF();
-    QPixmap face(entry->size() * ratio);
-    face.setDevicePixelRatio(ratio);
-    face.fill(Qt::transparent);
-    entry->render(&face, {}, {}, QWidget::DrawChildren);
-    QPixmap picture(face.size());
-    picture.setDevicePixelRatio(ratio);
-    picture.fill(Qt::transparent);
-    QPainter painter(&picture);
-    painter.setOpacity(dragOpacity);
-    painter.drawPixmap(0, 0, face);
-    return picture;
 }
 
 } // namespace
@@ -107,18 +85,24 @@ FocusGroupListWidget::FocusGroupListWidget(QWidget* parent)
 
 void FocusGroupListWidget::_loadGroups()
 {
-    QList<FocusGroup::Id> ids;
-    taskStorage().enumGroups(ids);
     _addEntry(TaskStorage::ms_inboxId, m_mainLayout);
     m_mainLayout->addLayout(m_customLayout);
     m_mainLayout->addStretch(1);
     _addEntry(TaskStorage::ms_completedId, m_mainLayout);
     _addEntry(TaskStorage::ms_trashId, m_mainLayout);
+    _addCustomGroups();
+    _numberEntries();
+}
+
+/// In the store's order.
+void FocusGroupListWidget::_addCustomGroups()
+{
+    QList<FocusGroup::Id> ids;
+    taskStorage().enumGroups(ids);
     for (const FocusGroup::Id& id : std::as_const(ids)) {
         if (TaskStorage::isCustom(id))
             _addGroup(id);
     }
-    _numberEntries();
 }
 
 /// Custom groups stand between Inbox and Completed, in the order in which they are added.
@@ -175,12 +159,7 @@ void FocusGroupListWidget::refresh()
         if (TaskStorage::isCustom(entry->groupId()))
             _dropEntry(entry);
     }
-    QList<FocusGroup::Id> ids;
-    taskStorage().enumGroups(ids);
-    for (const FocusGroup::Id& id : std::as_const(ids)) {
-        if (TaskStorage::isCustom(id))
-            _addGroup(id);
-    }
+    _addCustomGroups();
     widget()->layout()->activate();
     _numberEntries();
     _scheduleUpdate();
@@ -303,7 +282,7 @@ void FocusGroupListWidget::_startDrag(FocusGroupWidget* entry)
     number->setData(DragHelper::dragMimeType(), QByteArray::number(id));
     auto* drag = new QDrag(this);
     drag->setMimeData(number);
-    drag->setPixmap(pictureOf(entry));
+    drag->setPixmap(dragPicture(1, [entry](qsizetype /*number*/) { return entry; }));
     drag->setHotSpot(m_hotSpot);
 
     m_dragging = true;
@@ -380,7 +359,7 @@ void FocusGroupListWidget::_buildMenu()
     edit->setFont(bold);
     edit->setVisible(custom);
     m_menu->addAction(tr("Add group"), this, &FocusGroupListWidget::_onAddGroup)
-        ->setVisible(id != TaskStorage::ms_completedId && id != TaskStorage::ms_trashId);
+        ->setVisible(!TaskStorage::isArchive(id));
     QAction* empty = m_menu->addAction(tr("Empty"), this, &FocusGroupListWidget::_onEmptyTrash);
     empty->setVisible(id == TaskStorage::ms_trashId);
     if (id == TaskStorage::ms_trashId) {

@@ -71,6 +71,7 @@ protected:
 
 private:
     void _loadGroups();
+    void _addCustomGroups();
     FocusGroupWidget* _addGroup(const FocusGroup::Id& id);
     FocusGroupWidget* _addEntry(const FocusGroup::Id& id, QVBoxLayout* layout);
     void _dropEntry(FocusGroupWidget* entry);

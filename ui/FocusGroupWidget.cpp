@@ -13,7 +13,6 @@
 #include <QHBoxLayout>
 #include <QHelpEvent>
 #include <QLabel>
-#include <QMimeData>
 #include <QPainter>
 #include <QToolTip>
 
@@ -30,11 +29,6 @@ constexpr qreal highlightOpacity = 0.6;
 constexpr QColor highlightFrame(0xA9, 0xC2, 0x89);
 constexpr int titleLightness = 150; // per cent
 constexpr std::array sectionColours = {fancy::DueNow, fancy::DueSoon, fancy::DueLater};
-
-boost::shared_ptr<DragGroup> dragOf(const QMimeData* data)
-{
-    return dynamic_singleton<DragHelper>::inst().dragGroup(data->data(DragHelper::dragMimeType()));
-}
 
 } // namespace
 
@@ -275,7 +269,7 @@ void FocusGroupWidget::setDragOver(const boost::shared_ptr<DragGroup>& drag)
 
 void FocusGroupWidget::dragEnterEvent(QDragEnterEvent* event)
 {
-    setDragOver(dragOf(event->mimeData()));
+    setDragOver(dynamic_singleton<DragHelper>::inst().dragOf(event->mimeData()));
     if (!m_drag) {
         event->ignore();
         return;
@@ -299,7 +293,8 @@ void FocusGroupWidget::dropEvent(QDropEvent* event)
 {
     setDragOver({});
     Q_EMIT dragGone();
-    const boost::shared_ptr<DragGroup> drag = dragOf(event->mimeData());
+    const boost::shared_ptr<DragGroup> drag =
+        dynamic_singleton<DragHelper>::inst().dragOf(event->mimeData());
     FocusGroupWidget* target = _entryAt(event->position().toPoint());
     if (drag && target && target->_take(*drag))
         event->acceptProposedAction();
@@ -336,8 +331,7 @@ bool FocusGroupWidget::_take(DragGroup& drag)
 /// Into Trash and Completed tasks are always moved.
 void FocusGroupWidget::_takeTasks(DragGroup& drag)
 {
-    const bool copies =
-        drag.isCopy() && m_id != TaskStorage::ms_trashId && m_id != TaskStorage::ms_completedId;
+    const bool copies = drag.isCopy() && !TaskStorage::isArchive(m_id);
     drag.setResult(copies ? DragGroup::Copied : DragGroup::Moved);
     for (auto source = drag.tasks().cbegin(); source != drag.tasks().cend(); ++source) {
         if (copies)

@@ -241,7 +241,7 @@ void MainWindow::_onSetViewAnimationFinished()
 
 void MainWindow::_onGroupSelected(const FocusGroup::Id& id)
 {
-    const bool takesTasks = id != TaskStorage::ms_trashId && id != TaskStorage::ms_completedId;
+    const bool takesTasks = !TaskStorage::isArchive(id);
     auto& actions = dynamic_singleton<ActionsHelper>::inst();
     actions.newTask()->setEnabled(takesTasks);
     actions.cleanup()->setEnabled(takesTasks);

@@ -5,6 +5,7 @@
 #include "app/core/TaskCore.h"
 #include "ui/ActionsHelper.h"
 #include "ui/DragHelper.h"
+#include "ui/DragPicture.h"
 #include "ui/GroupHintWidget.h"
 #include "ui/StarterTask.h"
 #include "ui/TaskDrag.h"
@@ -29,11 +30,6 @@ namespace {
 bool extends(const QInputEvent* event)
 {
     return (event->modifiers() & (Qt::ShiftModifier | Qt::ControlModifier)) != 0;
-}
-
-bool isArchive(const FocusGroup::Id& id)
-{
-    return id == TaskStorage::ms_trashId || id == TaskStorage::ms_completedId;
 }
 
 } // namespace
@@ -546,14 +542,14 @@ QPixmap TaskListWidget::_dragPicture()
         while (!m_rows.isSelected(row));
         return _detachedRow(row);
     };
-    return taskdrag::picture(m_rows.selectedCount(), next, devicePixelRatio());
+    return dragPicture(m_rows.selectedCount(), next);
 }
 
 void TaskListWidget::_startDrag(Qt::KeyboardModifiers keys)
 {
     QList<TodoTask> tasks;
     const boost::shared_ptr<DragGroup> group = _makeDrag(tasks);
-    group->setCopy((keys & Qt::ControlModifier) != 0 && !isArchive(m_groupId));
+    group->setCopy((keys & Qt::ControlModifier) != 0 && !TaskStorage::isArchive(m_groupId));
     auto& registry = dynamic_singleton<DragHelper>::inst();
     const int id = registry.startDrag(group);
 

@@ -52,9 +52,8 @@ QList<FocusGroup::Id> groupsInOrder()
 {
     QList<FocusGroup::Id> ids;
     taskStorage().enumGroups(ids);
-    std::stable_partition(ids.begin(), ids.end(), [](const FocusGroup::Id& id) {
-        return id != TaskStorage::ms_completedId && id != TaskStorage::ms_trashId;
-    });
+    std::stable_partition(ids.begin(), ids.end(),
+                          [](const FocusGroup::Id& id) { return !TaskStorage::isArchive(id); });
     return ids;
 }
 
