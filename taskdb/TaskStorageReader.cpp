@@ -39,13 +39,8 @@ TaskStorage::ErrorType TaskStorageReader::read(QIODevice* device)
         else
             _fail({});
     }
-    if (!hasError())
+    if (_finish())
         return TaskStorage::NoError;
-    if (error() != CustomError) {
-        MVR_LOG_ERR(u"Xml reader failed: "_s + errorString() + u" (line "_s +
-                    QString::number(lineNumber()) + u", column "_s +
-                    QString::number(columnNumber()) + u')');
-    }
     return m_errorCode != 0 ? static_cast<TaskStorage::ErrorType>(m_errorCode)
                             : TaskStorage::ReadFailure;
 }

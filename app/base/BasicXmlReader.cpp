@@ -10,6 +10,17 @@ void BasicXmlReader::_fail(const QString& message)
     raiseError(message);
 }
 
+bool BasicXmlReader::_finish() const
+{
+    // Failures of our own are in the log already.
+    if (hasError() && error() != CustomError) {
+        MVR_LOG_ERR(u"Xml reader failed: "_s + errorString() + u" (line "_s +
+                    QString::number(lineNumber()) + u", column "_s +
+                    QString::number(columnNumber()) + u')');
+    }
+    return !hasError();
+}
+
 bool BasicXmlReader::_readNextText(QString& text)
 {
     text = QString();

@@ -15,6 +15,9 @@ protected:
     /// Logs "Xml reader failed: " and `message`, and ends parsing.
     void _fail(const QString& message);
 
+    /// Whether the document was read without errors; logs where a malformed one went wrong.
+    [[nodiscard]] bool _finish() const;
+
     /// Reads on from an element's start to its end and gives the text between, whole, also where
     /// comments or CDATA sections split it. An element inside fails the read.
     /// Returns whether the reader is free of errors.
