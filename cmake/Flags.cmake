@@ -15,6 +15,12 @@ target_compile_definitions(mvr_flags INTERFACE
   QT_USE_QSTRINGBUILDER QT_STRICT_ITERATORS QT_DISABLE_DEPRECATED_BEFORE=0x060400
   _FILE_OFFSET_BITS=64)
 
+if(MVR_FUZZ)
+  if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    message(FATAL_ERROR "MVR_FUZZ needs clang")
+  endif()
+  set(MVR_SANITIZE fuzzer-no-link,address,undefined)
+endif()
 if(MVR_SANITIZE)
   target_compile_options(mvr_flags INTERFACE -fsanitize=${MVR_SANITIZE} -fno-sanitize-recover=all)
   target_link_options(mvr_flags INTERFACE -fsanitize=${MVR_SANITIZE})

@@ -2,13 +2,13 @@
 # shellcheck shell=bash disable=SC2034
 
 build_packages=(g++ cmake ninja-build qt6-base-dev qt6-tools-dev qt6-translations-l10n libboost-dev
-  uuid-dev libfontconfig-dev)
+  uuid-dev libfontconfig-dev ca-certificates)
 # For a session that has Wayland only.
 wayland_packages=(qt6-wayland)
 # For a picture of the program where there is no display.
 display_packages=(xvfb openbox x11-utils imagemagick
   fonts-dejavu-core fonts-droid-fallback fonts-noto-color-emoji)
-test_packages=(libbenchmark-dev libx11-dev libsm-dev libice-dev
+test_packages=(libbenchmark-dev libx11-dev libsm-dev libice-dev openssl
   xvfb openbox xdotool x11-utils dbus-daemon fonts-noto-core tzdata)
 
 # Clones share what ccache holds, wherever they lie.

@@ -2,10 +2,16 @@
 
 #include "app/base/PathHelper.h"
 #include "app/base/dynamic_singleton.h"
+#include "net/taskapi/TaskApiClient.h"
+#include "net/taskapi/TaskApiRunnable.h"
 #include "taskdb/SharedStorage.h"
 
 TaskCore::~TaskCore()
 {
+    if (m_client) {
+        m_client->setDelegate(nullptr);
+        m_client->abortRequests();
+    }
     setSharedStorage(nullptr);
 }
 
@@ -15,13 +21,14 @@ TaskStorage::ErrorType TaskCore::init()
     m_storage.reset(new TaskStorage(PathHelper::databaseFile()));
     setSharedStorage(m_storage.get());
     const TaskStorage::ErrorType result = m_storage->init();
-    // The task-server client, once there is one, gets this object as its delegate here.
+    m_client = taskapi::TaskApiClient::shared();
+    m_client->setDelegate(this);
     return result;
 }
 
-void TaskCore::apiTaskCompleted(taskapi::TaskApiClient* /*client*/,
-                                taskapi::TaskApiRunnable* /*task*/)
+void TaskCore::apiTaskCompleted(taskapi::TaskApiClient* /*client*/, taskapi::TaskApiRunnable* task)
 {
+    static_cast<void>(task->taskType());
 }
 
 void TaskCore::apiTaskFailed(taskapi::TaskApiClient* /*client*/, taskapi::TaskApiRunnable* /*task*/)

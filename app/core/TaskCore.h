@@ -1,12 +1,13 @@
 // The owner of the task store.
 #pragma once
 
-#include "net/ITaskApiClientDelegate.h"
+#include "net/taskapi/ITaskApiClientDelegate.h"
 #include "taskdb/TaskStorage.h"
 
 #include <boost/shared_ptr.hpp>
 
-/// Creates the store, lends it to the rest of the program and lets it go last. Reached through
+/// Creates the store, lends it to the rest of the program and lets it go last. Listens to the
+/// program's task-server client, whose requests it ends when it goes. Reached through
 /// dynamic_singleton; interface thread.
 class TaskCore : private taskapi::ITaskApiClientDelegate
 {
@@ -22,11 +23,13 @@ public:
     [[nodiscard]] const boost::shared_ptr<TaskStorage>& storage() const { return m_storage; }
 
 private:
-    // Places to act on finished server requests; nothing is done with them yet.
+    // Places to act on finished server requests, in the threads that ran them; nothing is done with
+    // them yet.
     void apiTaskCompleted(taskapi::TaskApiClient* client, taskapi::TaskApiRunnable* task) override;
     void apiTaskFailed(taskapi::TaskApiClient* client, taskapi::TaskApiRunnable* task) override;
 
     boost::shared_ptr<TaskStorage> m_storage;
+    boost::shared_ptr<taskapi::TaskApiClient> m_client;
 };
 
 /// The running program's store; only after TaskCore::init().

@@ -1,4 +1,4 @@
-#include "net/ITaskApiClientDelegate.h"
+#include "net/taskapi/ITaskApiClientDelegate.h"
 
 namespace taskapi {
 

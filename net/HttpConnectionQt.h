@@ -1,0 +1,74 @@
+// The HTTP client on the toolkit's network stack.
+#pragma once
+
+#include "net/HttpConnection.h"
+
+#include <QMutex>
+
+#include <chrono>
+#include <memory>
+
+class QEventLoop;
+class QNetworkAccessManager;
+class QNetworkReply;
+
+namespace net {
+
+/// Follows up to ten redirects with the same method and body. Servers on https are verified
+/// against the system's authorities; where the program was built with the certificate of its own
+/// servers, a self-signed one is accepted if it is exactly that.
+/// Fetches nothing but http and https, and an exchange that began on https never leaves it.
+class HttpConnectionQt final : public HttpConnection
+{
+public:
+    /// An answer of more bytes is an error.
+    static constexpr qint64 maxAnswer = 8 * 1024 * 1024;
+
+    HttpConnectionQt();
+    ~HttpConnectionQt() override;
+    Q_DISABLE_COPY_MOVE(HttpConnectionQt)
+
+    // What a streaming transport would do; this one answers constants.
+    bool open(const QString& host, unsigned short port) override;
+    bool close() override;
+
+    /// `headers` are not sent.
+    [[nodiscard]] bool get(const QUrl& url, QByteArray& response,
+                           const HttpHeaders& headers) override;
+    /// `headers` are not sent.
+    [[nodiscard]] bool post(const QUrl& url, const QByteArray& body, QByteArray& response,
+                            const HttpHeaders& headers) override;
+
+    [[nodiscard]] int statusCode() const override;
+    [[nodiscard]] qint64 contentLength() const override;
+    [[nodiscard]] int read(QIODevice& out, int max) override;
+
+    /// Sent as the user agent.
+    [[nodiscard]] QString referer() const override;
+    void setReferer(const QString& referer) override;
+
+    void abort() override;
+
+    /// How long a request may go without data; 30 s unless set.
+    void setTimeout(std::chrono::milliseconds timeout) { m_timeout = timeout; }
+
+private:
+    struct Exchange;
+
+    bool _request(const Exchange& exchange, QByteArray& response);
+    QString _follow(const Exchange& exchange, QNetworkReply*& reply);
+    QNetworkReply* _issue(const Exchange& exchange, const QUrl& url);
+    QString _await(QNetworkReply& reply);
+    void _run(QEventLoop& loop);
+
+    QString m_referer;
+    /// Lives in the thread of the first request.
+    std::unique_ptr<QNetworkAccessManager> m_manager;
+    std::chrono::milliseconds m_timeout{30'000};
+
+    QMutex m_mutex;               ///< guards what abort() touches
+    QEventLoop* m_loop = nullptr; ///< while a request waits
+    bool m_aborted = false;
+};
+
+} // namespace net

@@ -1,0 +1,62 @@
+// The network worker: jobs for servers, done one at a time away from the interface thread.
+#pragma once
+
+#include "net/UpdateInformation.h"
+
+#include <QList>
+#include <QMutex>
+#include <QThread>
+#include <QWaitCondition>
+
+#include <boost/shared_ptr.hpp>
+
+namespace net {
+class HttpConnection;
+}
+
+/// A thread with a queue. Destroyed, it aborts the request under way and drops what is queued.
+class NetServices : public QThread
+{
+    Q_OBJECT
+
+public:
+    class NetJob;
+    class CheckForUpdateJob;
+
+    ~NetServices() override;
+    Q_DISABLE_COPY_MOVE(NetServices)
+
+    /// The running worker, created by the first call. Interface thread; UserMetrics must exist.
+    [[nodiscard]] static boost::shared_ptr<NetServices> shared();
+    /// Lets go of the worker; it ends with its last owner. Interface thread.
+    static void destroyShared();
+
+    /// Queues a check and returns at once; updatesChecked() tells its outcome. Any thread.
+    void checkForUpdates();
+
+    /// How the program names itself to servers.
+    [[nodiscard]] static QString httpReferer();
+
+Q_SIGNALS:
+    /// After every check, from the worker's thread; invalid and empty after one that failed.
+    void updatesChecked(UpdateInformation information);
+
+protected:
+    void run() override;
+
+private:
+    NetServices() = default;
+
+    boost::shared_ptr<NetJob> _takeJob();
+    void _runJob(const NetJob& job);
+    void _checkForUpdates();
+    bool _fetch(const QUrl& url, QByteArray& response);
+
+    bool m_stop = false;
+    QMutex m_mutex; ///< guards all fields
+    QWaitCondition m_wakeUp;
+    QList<boost::shared_ptr<NetJob>> m_jobs;
+    boost::shared_ptr<net::HttpConnection> m_connection; ///< of the request under way
+
+    static boost::shared_ptr<NetServices> s_shared;
+};

@@ -1,0 +1,7 @@
+#include "net/taskapi/ITaskApiRunnableDelegate.h"
+
+namespace taskapi {
+
+ITaskApiRunnableDelegate::~ITaskApiRunnableDelegate() = default;
+
+} // namespace taskapi
