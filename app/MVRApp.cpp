@@ -3,6 +3,7 @@
 #include "app/base/LogHelper.h"
 #include "app/base/PathHelper.h"
 #include "app/base/ProgramSettings.h"
+#include "app/base/UserMetrics.h"
 #include "app/core/TaskCore.h"
 
 #include <QSessionManager>
@@ -30,7 +31,8 @@ MVRApp::MVRApp(const QString& id, int& argc, char** argv)
 
 void MVRApp::saveLoadedSettings()
 {
-    // The usage metrics are saved here, if they were loaded.
+    if (dynamic_singleton<UserMetrics>::exists())
+        dynamic_singleton<UserMetrics>::inst().save(PathHelper::metricsFile());
     if (dynamic_singleton<ProgramSettings>::exists())
         dynamic_singleton<ProgramSettings>::inst().save(PathHelper::settingsFile());
 }

@@ -1,4 +1,5 @@
 // The program from start to end: what comes up, in which order, and how it is taken down.
+#include "app/ExitDeadline.h"
 #include "app/FontFinder.h"
 #include "app/MVRApp.h"
 #include "app/SignalHandler.h"
@@ -6,8 +7,10 @@
 #include "app/base/LogHelper.h"
 #include "app/base/PathHelper.h"
 #include "app/base/ProgramSettings.h"
+#include "app/base/UserMetrics.h"
 #include "app/core/TaskCore.h"
 #include "app/language/Language.h"
+#include "net/NetServices.h"
 #include "ui/ActionsHelper.h"
 #include "ui/DragHelper.h"
 #include "ui/MainWindow.h"
@@ -63,7 +66,6 @@ void dropLibraryPaths()
         QWidget first;
         first.show();
     }
-    // The network's plug-ins are loaded here, while they can still be found.
     QCoreApplication::setLibraryPaths({});
 }
 
@@ -85,13 +87,13 @@ void loadSettings()
     if (!settings.load(PathHelper::settingsFile()))
         settings.resetToDefaults();
     settings.upgradeSettings();
-    // The usage metrics are loaded here.
+    dynamic_singleton<UserMetrics>::inst().load(PathHelper::metricsFile());
     Language::loadLanguageSettings();
 }
 
 void destroySingletons()
 {
-    // The usage metrics go first.
+    dynamic_singleton<UserMetrics>::destroy();
     dynamic_singleton<ProgramSettings>::destroy();
     dynamic_singleton<IconsHelper>::destroy();
     dynamic_singleton<DragHelper>::destroy();
@@ -105,6 +107,7 @@ int main(int argc, char** argv)
 {
     SignalHandler::surviveBrokenPipes();
     initLanguages();
+    ExitDeadline deadline;
     FontFinder fontFinder;
     const std::unique_ptr<MVRApp> app = makeApplication(argc, argv);
     QApplication::setWindowIcon(dynamic_singleton<IconsHelper>::inst().appIcon(0, QString()));
@@ -142,7 +145,8 @@ int main(int argc, char** argv)
     MVRApp::saveLoadedSettings();
     MVR_LOG_INFO(u"Shutdown"_s);
     dynamic_singleton<TaskCore>::destroy();
-    // The network worker ends here.
+    NetServices::destroyShared();
     destroySingletons();
+    deadline.arm(exitCode);
     return exitCode;
 }

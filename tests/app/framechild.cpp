@@ -1,16 +1,19 @@
 // A small program on the application frame, for tests that need real processes.
 // Reads commands on standard input, one a line, and tells on standard output what happens.
+#include "app/ExitDeadline.h"
 #include "app/QtSingleApplication.h"
 #include "app/SignalHandler.h"
 
 #include <QCloseEvent>
 #include <QDialog>
 #include <QFile>
+#include <QHostInfo>
 #include <QSocketNotifier>
 #include <QTemporaryDir>
 
 #include <csignal>
 #include <cstdio>
+#include <netdb.h>
 #include <string>
 #include <sys/resource.h>
 #include <unistd.h>
@@ -100,12 +103,34 @@ int runSignals(const QString& mode)
     return exitCode;
 }
 
+/// Ends while a name is being looked up that no server answers for.
+int runLookup(int& argc, char** argv)
+{
+    ExitDeadline deadline;
+    const QCoreApplication app(argc, argv);
+    QHostInfo::lookupHost(u"nowhere.example"_s, [](const QHostInfo&) {});
+    readCommand();
+    deadline.arm(7);
+    return 1;
+}
+
 } // namespace
+
+/// In place of the system's: a resolver that waits for ever.
+extern "C" int getaddrinfo(const char* /*node*/, const char* /*service*/, const addrinfo* /*hints*/,
+                           addrinfo** /*result*/)
+{
+    say(u"looking up"_s);
+    for (;;)
+        ::pause();
+}
 
 int main(int argc, char** argv)
 {
     const QString mode = QString::fromLocal8Bit(argv[1]);
     const QString argument = QString::fromLocal8Bit(argv[2]);
+    if (mode == "lookup"_L1)
+        return runLookup(argc, argv);
     if (mode == "signals"_L1) {
         const QApplication app(argc, argv);
         return runSignals(argument);

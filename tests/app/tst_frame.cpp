@@ -6,6 +6,7 @@
 #include "app/base/PathHelper.h"
 #include "app/base/ProgramSettings.h"
 #include "app/base/Prompt.h"
+#include "app/base/UserMetrics.h"
 #include "app/core/TaskCore.h"
 #include "tests/support/LogWatch.h"
 #include "tests/support/TemporaryHome.h"
@@ -77,9 +78,18 @@ private Q_SLOTS:
         Q_EMIT app->saveStateRequest(manager);
         Q_EMIT app->commitDataRequest(manager);
         QVERIFY2(!dynamic_singleton<TaskCore>::exists() &&
-                     !dynamic_singleton<ProgramSettings>::exists(),
+                     !dynamic_singleton<ProgramSettings>::exists() &&
+                     !dynamic_singleton<UserMetrics>::exists(),
                  "saving makes nothing that was not loaded");
         QVERIFY(!QFile::exists(PathHelper::settingsFile()));
+        QVERIFY(!QFile::exists(PathHelper::metricsFile()));
+
+        const QString id = UserMetrics::installationId();
+        Q_EMIT app->commitDataRequest(manager);
+        dynamic_singleton<UserMetrics>::destroy();
+        QVERIFY(dynamic_singleton<UserMetrics>::inst().load(PathHelper::metricsFile()));
+        QCOMPARE(UserMetrics::installationId(), id);
+        dynamic_singleton<UserMetrics>::destroy();
 
         QVERIFY(dynamic_singleton<ProgramSettings>::inst().load(PathHelper::settingsFile()));
         Q_EMIT app->saveStateRequest(manager);

@@ -1,4 +1,4 @@
-// The signals that end programs end this kind in order.
+// The ways a program of this kind ends in order.
 #include "tests/app/Child.h"
 
 #include <QTest>
@@ -62,6 +62,15 @@ private Q_SLOTS:
         sendSignal(child, SIGTERM);
         QCOMPARE(child.line(), u"ended"_s);
         QCOMPARE(child.exitCode(), 0);
+    }
+
+    void endDoesNotWaitForNameLookups()
+    {
+        Child child({u"lookup"_s});
+        child.start();
+        QCOMPARE(child.line(), u"looking up"_s);
+        child.command(u"end"_s);
+        QCOMPARE(child.exitCode(), 7);
     }
 
     void writeLimitFailsTheWrite()

@@ -228,7 +228,9 @@ void tst_Program::endsInOrder()
     QCOMPARE(m_program->exitCode(), 0);
     QCOMPARE(contentsOf(file(u"database.xml"_s)), before);
     QCOMPARE(contentsOf(file(u"log.txt"_s)), QByteArray());
-    QCOMPARE(files(), QStringList({u"database.xml"_s, u"log.txt"_s, u"settings.ini"_s}));
+    QCOMPARE(files(), QStringList({u"database.xml"_s, u"log.txt"_s, u"metrics.xml"_s,
+                                   u"settings.ini"_s}));
+    QVERIFY(contentsOf(file(u"metrics.xml"_s)).endsWith("<metrics><id></id></metrics>\n"));
     const QByteArray settings = contentsOf(file(u"settings.ini"_s));
     QVERIFY2(settings.contains("\ngeneral.ui_language=en_US\n"), settings.constData());
     QVERIFY2(settings.contains("\nversion=0.2.608\n"), settings.constData());
