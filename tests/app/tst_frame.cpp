@@ -8,13 +8,58 @@
 #include "app/base/Prompt.h"
 #include "app/base/UserMetrics.h"
 #include "app/core/TaskCore.h"
+#include "net/HttpConnection.h"
+#include "net/taskapi/TaskApiClient.h"
 #include "tests/support/LogWatch.h"
 #include "tests/support/TemporaryHome.h"
 
 #include <QFile>
+#include <QSemaphore>
 #include <QTest>
 
+#include <boost/make_shared.hpp>
+
+#include <atomic>
+
 using namespace Qt::StringLiterals;
+
+namespace {
+/// To a server that never answers.
+class HangingConnection final : public net::HttpConnection
+{
+public:
+    static boost::shared_ptr<HttpConnection> make()
+    {
+        return boost::make_shared<HangingConnection>();
+    }
+    inline static QSemaphore s_called{0};
+    inline static std::atomic<bool> s_ended = false;
+
+    bool open(const QString&, unsigned short) override { return true; }
+    bool close() override { return true; }
+    bool get(const QUrl&, QByteArray&, const net::HttpHeaders&) override { return _hang(); }
+    bool post(const QUrl&, const QByteArray&, QByteArray&, const net::HttpHeaders&) override
+    {
+        return _hang();
+    }
+    int statusCode() const override { return -1; }
+    qint64 contentLength() const override { return -1; }
+    int read(QIODevice&, int) override { return -1; }
+    QString referer() const override { return {}; }
+    void setReferer(const QString&) override {}
+    void abort() override { m_aborted.release(); }
+
+private:
+    bool _hang()
+    {
+        s_called.release();
+        m_aborted.acquire();
+        s_ended = true;
+        return false;
+    }
+    QSemaphore m_aborted;
+};
+} // namespace
 
 class tst_Frame : public QObject
 {
@@ -114,6 +159,19 @@ private Q_SLOTS:
         QVERIFY2(QFile::exists(path), "at the session's end it is written in any case");
         dynamic_singleton<TaskCore>::destroy();
         QCOMPARE(log.take(), QStringList());
+    }
+
+    void endOfTheStoreEndsRequests()
+    {
+        const TemporaryHome home;
+        const LogWatch log;
+        net::HttpConnection::setMaker(&HangingConnection::make);
+        QCOMPARE(dynamic_singleton<TaskCore>::inst().init(), TaskStorage::NoError);
+        taskapi::TaskApiClient::shared()->logout();
+        QVERIFY(HangingConnection::s_called.tryAcquire(1, 20'000));
+        dynamic_singleton<TaskCore>::destroy();
+        net::HttpConnection::setMaker(nullptr);
+        QVERIFY(HangingConnection::s_ended);
     }
 };
 

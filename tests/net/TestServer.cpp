@@ -3,7 +3,6 @@
 #include "net/Tls.h"
 
 #include <QDeadlineTimer>
-#include <QFile>
 #include <QMutex>
 #include <QMutexLocker>
 #include <QSslCertificate>
@@ -16,14 +15,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-QByteArray contents(const QString& path)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        qFatal("no such file: %s", qPrintable(path));
-    return file.readAll();
-}
-
 QByteArray headerIn(const QList<QByteArray>& lines, const QByteArray& name)
 {
     for (const QByteArray& line : lines) {
@@ -39,14 +30,11 @@ QByteArray headerIn(const QList<QByteArray>& lines, const QByteArray& name)
 class TestServer::Runner final : public QThread
 {
 public:
-    Runner(Answer given, const Identity& identity)
+    Runner(Answer given, Identity shown)
         : answer(std::move(given))
+        , identity(std::move(shown))
     {
         net::ensureTls();
-        if (!identity.certificate.isEmpty()) {
-            certificate = contents(identity.certificate);
-            key = contents(identity.key);
-        }
         start();
         const QMutexLocker lock(&mutex);
         while (port == 0)
@@ -62,7 +50,7 @@ public:
     void run() override;
 
     Answer answer;
-    QByteArray certificate, key; ///< PEM
+    Identity identity;
 
     QMutex mutex;
     QWaitCondition changed;
@@ -86,18 +74,11 @@ protected:
         connect(socket, &QIODevice::readyRead, socket,
                 [this, socket, got = QByteArray()]() mutable { _read(*socket, got); });
         connect(socket, &QAbstractSocket::disconnected, socket, &QObject::deleteLater);
-        if (!m_runner.certificate.isEmpty())
-            _encrypt(*socket);
+        if (!m_runner.identity.certificate.isEmpty())
+            m_runner.identity.encrypt(*socket);
     }
 
 private:
-    void _encrypt(QSslSocket& socket) const
-    {
-        socket.setLocalCertificate(QSslCertificate(m_runner.certificate));
-        socket.setPrivateKey(QSslKey(m_runner.key, QSsl::Ec));
-        socket.startServerEncryption();
-    }
-
     void _read(QSslSocket& socket, QByteArray& got)
     {
         got += socket.readAll();
@@ -142,6 +123,13 @@ QByteArray TestServer::Request::header(const QByteArray& name) const
     return headerIn(headers, name);
 }
 
+void TestServer::Identity::encrypt(QSslSocket& socket) const
+{
+    socket.setLocalCertificate(QSslCertificate(certificate));
+    socket.setPrivateKey(QSslKey(key, QSsl::Ec));
+    socket.startServerEncryption();
+}
+
 TestServer::TestServer(Answer answer, const Identity& identity)
     : m_runner(std::make_unique<Runner>(std::move(answer), identity))
 {
@@ -157,7 +145,7 @@ quint16 TestServer::port() const
 QUrl TestServer::url(const QString& path) const
 {
     QUrl url(path);
-    url.setScheme(m_runner->certificate.isEmpty() ? u"http"_s : u"https"_s);
+    url.setScheme(m_runner->identity.certificate.isEmpty() ? u"http"_s : u"https"_s);
     url.setHost(u"localhost"_s);
     url.setPort(m_runner->port);
     return url;

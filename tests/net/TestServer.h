@@ -26,10 +26,13 @@ public:
     /// Told of each complete request, in the server's thread; answers by writing to the socket.
     using Answer = std::function<void(const Request&, QSslSocket&)>;
 
-    /// PEM files; without them the server speaks plain HTTP.
+    /// PEM texts; without them the server speaks plain HTTP.
     struct Identity
     {
-        QString certificate, key;
+        QByteArray certificate, key;
+
+        /// Has the socket go on with TLS, as the server's side.
+        void encrypt(QSslSocket& socket) const;
     };
 
     explicit TestServer(Answer answer, const Identity& identity = {});

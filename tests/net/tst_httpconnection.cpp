@@ -6,7 +6,6 @@
 #include <QBuffer>
 #include <QRegularExpression>
 #include <QSslSocket>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
@@ -99,38 +98,36 @@ private Q_SLOTS:
 
     void certificates_data()
     {
-        const QString folder = m_dir.path();
-        const TestServer::Identity own = makeIdentity(folder, u"localhost"_s);
-        const TestServer::Identity other = makeIdentity(folder, u"localhost"_s);
-        const TestServer::Identity expired = makeIdentity(folder, u"localhost"_s, -1);
-        const TestServer::Identity wrongHost = makeIdentity(folder, u"elsewhere.example"_s);
-        QTest::addColumn<QStringList>("identity");
-        QTest::addColumn<QStringList>("pinned");
+        const TestServer::Identity own = makeIdentity(u"localhost"_s);
+        const TestServer::Identity other = makeIdentity(u"localhost"_s);
+        const TestServer::Identity expired = makeIdentity(u"localhost"_s, -1);
+        const TestServer::Identity wrongHost = makeIdentity(u"elsewhere.example"_s);
+        QTest::addColumn<TestServer::Identity>("identity");
+        QTest::addColumn<QByteArray>("pinned");
         QTest::addColumn<bool>("accepted");
         const auto row = [](const char* name, const TestServer::Identity& identity,
-                            const QStringList& pinned, bool accepted) {
-            QTest::newRow(name) << QStringList{identity.certificate, identity.key} << pinned
-                                << accepted;
+                            const QByteArray& pinned, bool accepted) {
+            QTest::newRow(name) << identity << pinned << accepted;
         };
-        row("pinned", own, {own.certificate}, true);
-        row("another self-signed one", other, {own.certificate}, false);
-        row("pinned second", other, {own.certificate, other.certificate}, false);
-        row("pinned but expired", expired, {expired.certificate}, false);
-        row("pinned but for another host", wrongHost, {wrongHost.certificate}, false);
+        row("pinned", own, own.certificate, true);
+        row("another self-signed one", other, own.certificate, false);
+        row("pinned second", other, own.certificate + other.certificate, false);
+        row("pinned but expired", expired, expired.certificate, false);
+        row("pinned but for another host", wrongHost, wrongHost.certificate, false);
         row("nothing pinned", own, {}, false);
     }
 
     void certificates()
     {
-        QFETCH(const QStringList, identity);
-        QFETCH(const QStringList, pinned);
+        QFETCH(const TestServer::Identity, identity);
+        QFETCH(const QByteArray, pinned);
         QFETCH(const bool, accepted);
         const TestServer server(
             [](const Request&, QSslSocket& socket) {
                 socket.write(TestServer::answer(200, "yes"));
             },
-            {identity[0], identity[1]});
-        const PinnedCertificate pin(m_dir.path(), pinned);
+            identity);
+        const PinnedCertificate pin(pinned);
 
         QCOMPARE(_get(server.url(u"/"_s)), accepted);
         QCOMPARE(m_response, accepted ? "yes" : "");
@@ -206,9 +203,8 @@ private Q_SLOTS:
         QFETCH(const bool, secure);
         QFETCH(const QString, target);
         const TestServer::Identity identity =
-            secure ? makeIdentity(m_dir.path(), u"localhost"_s) : TestServer::Identity();
-        const PinnedCertificate pin(m_dir.path(),
-                                    QStringList(secure ? 1 : 0, identity.certificate));
+            secure ? makeIdentity(u"localhost"_s) : TestServer::Identity();
+        const PinnedCertificate pin(identity.certificate);
         const TestServer server(
             [&](const Request&, QSslSocket& socket) {
                 socket.write(
@@ -307,7 +303,6 @@ private:
         return lines;
     }
 
-    QTemporaryDir m_dir;
     std::unique_ptr<LogWatch> m_log;
     net::HttpConnectionQt* m_connection = nullptr;
     QByteArray m_response;

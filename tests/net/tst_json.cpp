@@ -20,21 +20,9 @@ namespace {
 
 const QVariant invalid;
 
-QVariant i(qlonglong value)
-{
-    return value;
-}
-
-QVariant u(qulonglong value)
-{
-    return value;
-}
-
-template <typename T>
-QVariant v(const T& value)
-{
-    return QVariant::fromValue(value);
-}
+const auto i = [](qlonglong value) { return QVariant(value); };
+const auto u = [](qulonglong value) { return QVariant(value); };
+const auto v = [](const auto& value) { return QVariant::fromValue(value); };
 
 /// Equal in type as well; QVariant compares numbers of any types by value.
 bool same(const QVariant& a, const QVariant& b)
@@ -111,6 +99,7 @@ private Q_SLOTS:
         const QVariant read = Json::parse(json, success);
         QVERIFY(success);
         QVERIFY2(same(read, expected), Json::serialize(read).constData());
+        QCOMPARE(read.toString().isNull(), expected.toString().isNull());
         QVERIFY(same(Json::parse(json), expected));
     }
 
@@ -174,30 +163,27 @@ private Q_SLOTS:
         row("string list", QStringList{u"a"_s, QString(), u"\\"_s}, R"([ "a", "", "\\" ])");
         row("escapes", u"\\n\"/\b\f\n\r\t"_s, "\"\\\\n\\\"/\\b\\f\\n\\r\\t\"");
         row("raw characters", u"é😀\x01\x7f\0"_s, "\"é😀\x01\x7f\0\""_ba);
+        row("digits", QVariantList{u"12"_s, QByteArray("12")}, R"([ "12", "12" ])");
         row("half a pair", QString(QChar(0xD800)), R"("?")");
         row("byte array", QByteArray("\"\xC3\xA9\xFF"), "\"\\\"\xC3\xA9\xEF\xBF\xBD\"");
-        row("whole doubles", QVariantList{2.0, 3.0, -1e19},
-            "[ 2.0, 3.0, -10000000000000000000.0 ]");
+        row("whole", QVariantList{2.0, 3.0, -1e19}, "[ 2.0, 3.0, -10000000000000000000.0 ]");
         row("doubles", QVariantList{0.1, -0.5, 1e-5},
             "[ 0.10000000000000000555, -0.5, 1.0000000000000000818e-05 ]");
         row("exponents", QVariantList{1e20, 1e25}, "[ 1e+20, 1.0000000000000000906e+25 ]");
         row("not finite", QVariantList{qInf(), -qInf(), qQNaN()}, "[ inf.0, -inf.0, nan.0 ]");
-        row("integers", QVariantList{-1, 4294967295U, v<short>(-2), v<uchar>(200), v(u'x' - 0)},
-            "[ -1, 4294967295, -2, 200, 120 ]");
+        row("integers", QVariantList{-1, 4294967295U, v(short(-2)), v(uchar(200))},
+            "[ -1, 4294967295, -2, 200 ]");
         row("64 bits", QVariantList{u(~0ULL), v(~0UL), i(std::numeric_limits<qlonglong>::min())},
             "[ 18446744073709551615, 18446744073709551615, -9223372036854775808 ]");
-        row("characters and enums", QVariantList{v('a'), QChar(u'a'), v(Qt::Key_A)},
-            "[ 97, 97, 65 ]");
-        row("floats are rounded", QVariantList{1.5F, -1.7F}, "[ 2, -2 ]");
-        row("nullptr", v(nullptr), R"("")");
+        row("surprising", QVariantList{v('a'), QChar(u'a'), v(Qt::Key_A), 1.5F, -1.7F, v(nullptr)},
+            R"([ 97, 97, 65, 2, -2, "" ])");
         row("identifier", QUuid(u"{12345678-1234-1234-1234-123456789abc}"_s),
             R"("{12345678-1234-1234-1234-123456789abc}")");
         row("address", QUrl(u"http://a.example/é?b"_s), "\"http://a.example/é?b\"");
         row("times",
             QVariantList{QDate(2024, 2, 3), QTime(1, 2), QDateTime({2024, 2, 3}, {1, 2}, Qt::UTC)},
             R"([ "2024-02-03", "01:02:00.000", "2024-02-03T01:02:00.000Z" ])");
-        row("Qt's own numbers and strings", QVariantList{QJsonValue(3), QJsonValue(u"x"_s)},
-            R"([ 3, "x" ])");
+        row("JSON values", QVariantList{QJsonValue(3), QJsonValue(u"x"_s)}, R"([ 3, "x" ])");
     }
     void writes()
     {

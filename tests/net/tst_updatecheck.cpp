@@ -9,7 +9,6 @@
 #include <QNetworkProxy>
 #include <QRegularExpression>
 #include <QSignalSpy>
-#include <QSslKey>
 #include <QSslSocket>
 #include <QTest>
 #include <QUrlQuery>
@@ -26,9 +25,9 @@ const QByteArray goodAnswer = json("{'updates': [{'id': 'a.product', 'version': 
 class Service
 {
 public:
-    explicit Service(QTemporaryDir& folder)
-        : m_identity(makeIdentity(folder.path(), ProductHelper::serviceHost()))
-        , m_pin(folder.path(), {m_identity.certificate})
+    Service()
+        : m_identity(makeIdentity(ProductHelper::serviceHost()))
+        , m_pin(m_identity.certificate)
         , server([this](const TestServer::Request& request, QSslSocket& socket) {
             _answer(request, socket);
         })
@@ -47,9 +46,7 @@ private:
             return;
         }
         socket.write("HTTP/1.1 200 Go ahead\r\n\r\n");
-        socket.setLocalCertificate(m_identity.certificate);
-        socket.setPrivateKey(m_identity.key, QSsl::Ec);
-        socket.startServerEncryption();
+        m_identity.encrypt(socket);
     }
 
     TestServer::Identity m_identity;
@@ -129,7 +126,7 @@ private Q_SLOTS:
 
     void check()
     {
-        Service service(m_dir);
+        Service service;
         service.answer = TestServer::answer(200, goodAnswer);
         const boost::shared_ptr<NetServices> worker = NetServices::shared();
         QCOMPARE(NetServices::shared(), worker);
@@ -158,7 +155,7 @@ private Q_SLOTS:
 
     void severalChecks()
     {
-        Service service(m_dir);
+        Service service;
         service.answer = TestServer::answer(200, goodAnswer);
         const boost::shared_ptr<NetServices> worker = NetServices::shared();
         const QSignalSpy checked(worker.get(), &NetServices::updatesChecked);
@@ -174,7 +171,7 @@ private Q_SLOTS:
 
     void failedCheck()
     {
-        Service service(m_dir);
+        Service service;
         service.answer = TestServer::answer(503, goodAnswer);
         const boost::shared_ptr<NetServices> worker = NetServices::shared();
         const QSignalSpy checked(worker.get(), &NetServices::updatesChecked);
@@ -188,7 +185,7 @@ private Q_SLOTS:
 
     void endDuringACheck()
     {
-        const Service service(m_dir);
+        const Service service;
         NetServices::shared()->checkForUpdates();
         NetServices::shared()->checkForUpdates();
         QVERIFY(service.server.waitForRequests(2));
@@ -203,9 +200,10 @@ private Q_SLOTS:
 
     void installationIdLivesOn()
     {
-        Service service(m_dir);
+        Service service;
         service.answer = TestServer::answer(200, goodAnswer);
-        const QString path = m_dir.filePath(u"metrics.xml"_s);
+        const QTemporaryDir dir;
+        const QString path = dir.filePath(u"metrics.xml"_s);
         const auto start = [&path] {
             dynamic_singleton<UserMetrics>::destroy();
             return dynamic_singleton<UserMetrics>::inst().load(path);
@@ -248,7 +246,6 @@ private Q_SLOTS:
     }
 
 private:
-    QTemporaryDir m_dir;
     std::unique_ptr<LogWatch> m_log;
 };
 
