@@ -19,6 +19,7 @@
 
 #include <QWidget>
 
+#include <cstdio>
 #include <cstdlib>
 #include <memory>
 
@@ -69,11 +70,13 @@ void dropLibraryPaths()
     QCoreApplication::setLibraryPaths({});
 }
 
-/// When an X display goes away, the toolkit ends the process through exit(): what the user entered
-/// is written even then. After an orderly shutdown there is nothing left to do. The store itself
-/// stays: exit() may have come while it was at work.
-void commitAtExit()
+/// Whether there is anything that an unforeseen end has to save.
+bool isLoaded = false;
+
+void saveEverything()
 {
+    if (!isLoaded)
+        return;
     if (dynamic_singleton<TaskCore>::exists())
         taskStorage().saveStateRequest();
     MVRApp::saveLoadedSettings();
@@ -103,11 +106,21 @@ void destroySingletons()
 }
 } // namespace
 
+/// When an X display goes away, the toolkit ends the process through exit(): what the user entered
+/// is written even then. This stands in for the system's, whose handlers run too late: network
+/// threads crash on what has been taken from them by that time. The store itself stays, since this
+/// may have come while it was at work.
+extern "C" void exit(int code)
+{
+    saveEverything();
+    std::fflush(nullptr);
+    std::_Exit(code);
+}
+
 int main(int argc, char** argv)
 {
     SignalHandler::surviveBrokenPipes();
     initLanguages();
-    ExitDeadline deadline;
     FontFinder fontFinder;
     const std::unique_ptr<MVRApp> app = makeApplication(argc, argv);
     QApplication::setWindowIcon(dynamic_singleton<IconsHelper>::inst().appIcon(0, QString()));
@@ -128,8 +141,7 @@ int main(int argc, char** argv)
         return 1;
     }
     loadSettings();
-    // Not before the settings: what they are written with has to outlive the handler.
-    std::atexit(commitAtExit);
+    isLoaded = true;
 
     auto window = std::make_unique<MainWindow>();
     if (dynamic_singleton<ProgramSettings>::inst().openWindowOnStartup)
@@ -145,8 +157,9 @@ int main(int argc, char** argv)
     MVRApp::saveLoadedSettings();
     MVR_LOG_INFO(u"Shutdown"_s);
     dynamic_singleton<TaskCore>::destroy();
+    dynamic_singleton<logging::LogHelper>::inst().flush();
+    armExitDeadline(exitCode);
     NetServices::destroyShared();
     destroySingletons();
-    deadline.arm(exitCode);
     return exitCode;
 }

@@ -2,6 +2,7 @@
 
 #include "app/base/LogHelper.h"
 #include "net/PinnedCertificate.h"
+#include "net/ProxyLookup.h"
 #include "net/Tls.h"
 
 #include <QBuffer>
@@ -26,7 +27,25 @@ bool isSecure(const QUrl& url)
     return url.scheme() == "https"_L1;
 }
 
-const QString tooLarge = u"The answer is too large"_s;
+constexpr auto tooLarge = "The answer is too large"_L1;
+constexpr auto canceled = "Operation canceled"_L1;
+
+/// Hands the manager what is known already.
+class FoundProxies final : public QNetworkProxyFactory
+{
+public:
+    explicit FoundProxies(const QList<QNetworkProxy>& proxies)
+        : m_proxies(proxies)
+    {
+    }
+    QList<QNetworkProxy> queryProxy(const QNetworkProxyQuery& /*query*/) override
+    {
+        return m_proxies;
+    }
+
+private:
+    QList<QNetworkProxy> m_proxies;
+};
 
 /// Moves what has arrived to `buffer`. Returns whether that is not too much.
 bool readAnswer(QNetworkReply& reply, QBuffer& buffer)
@@ -108,6 +127,8 @@ void HttpConnectionQt::abort()
     const QMutexLocker lock(&m_mutex);
     m_aborted = true;
     // Queued: a loop that has not started yet would forget a direct call.
+    if (m_lookup)
+        m_lookup->cancel();
     if (m_loop)
         QMetaObject::invokeMethod(m_loop, &QEventLoop::quit, Qt::QueuedConnection);
 }
@@ -139,6 +160,8 @@ QString HttpConnectionQt::_follow(const Exchange& exchange, QNetworkReply*& repl
     for (int redirects = 0;; ++redirects) {
         if (!exchange.mayGoTo(target))
             return u"The address is not allowed: "_s + target.toDisplayString();
+        if (!_findProxies(target))
+            return canceled;
         reply = _issue(exchange, target);
         if (!reply)
             return u"No request could be made"_s;
@@ -154,12 +177,32 @@ QString HttpConnectionQt::_follow(const Exchange& exchange, QNetworkReply*& repl
     }
 }
 
-QNetworkReply* HttpConnectionQt::_issue(const Exchange& exchange, const QUrl& url)
+/// Returns false when that took too long or was aborted, before or during it.
+bool HttpConnectionQt::_findProxies(const QUrl& url)
+{
+    {
+        const QMutexLocker lock(&m_mutex);
+        if (m_aborted)
+            return false;
+        m_lookup = std::make_shared<ProxyLookup>(url);
+    }
+    const std::optional<QList<QNetworkProxy>> proxies = m_lookup->wait(m_timeout);
+    if (proxies)
+        _manager().setProxyFactory(new FoundProxies(*proxies));
+    return proxies.has_value();
+}
+
+QNetworkAccessManager& HttpConnectionQt::_manager()
 {
     if (!m_manager) {
         ensureTls();
         m_manager = std::make_unique<QNetworkAccessManager>();
     }
+    return *m_manager;
+}
+
+QNetworkReply* HttpConnectionQt::_issue(const Exchange& exchange, const QUrl& url)
+{
     QNetworkRequest request(url);
     request.setRawHeader("User-Agent", m_referer.toLatin1());
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
@@ -168,7 +211,7 @@ QNetworkReply* HttpConnectionQt::_issue(const Exchange& exchange, const QUrl& ur
     request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
     request.setTransferTimeout(static_cast<int>(m_timeout.count()));
     QNetworkReply* const reply =
-        exchange.body ? m_manager->post(request, *exchange.body) : m_manager->get(request);
+        exchange.body ? _manager().post(request, *exchange.body) : _manager().get(request);
     if (reply && isSecure(url))
         excusePinnedCertificate(*reply);
     return reply;

@@ -14,6 +14,8 @@ class QNetworkReply;
 
 namespace net {
 
+class ProxyLookup;
+
 /// Follows up to ten redirects with the same method and body. Servers on https are verified
 /// against the system's authorities; where the program was built with the certificate of its own
 /// servers, a self-signed one is accepted if it is exactly that.
@@ -57,6 +59,8 @@ private:
 
     bool _request(const Exchange& exchange, QByteArray& response);
     QString _follow(const Exchange& exchange, QNetworkReply*& reply);
+    bool _findProxies(const QUrl& url);
+    QNetworkAccessManager& _manager();
     QNetworkReply* _issue(const Exchange& exchange, const QUrl& url);
     QString _await(QNetworkReply& reply);
     void _run(QEventLoop& loop);
@@ -66,8 +70,9 @@ private:
     std::unique_ptr<QNetworkAccessManager> m_manager;
     std::chrono::milliseconds m_timeout{30'000};
 
-    QMutex m_mutex;               ///< guards what abort() touches
-    QEventLoop* m_loop = nullptr; ///< while a request waits
+    QMutex m_mutex;                        ///< guards what abort() touches
+    std::shared_ptr<ProxyLookup> m_lookup; ///< the last one
+    QEventLoop* m_loop = nullptr;          ///< while a request waits
     bool m_aborted = false;
 };
 

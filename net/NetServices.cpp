@@ -33,7 +33,12 @@ public:
     void run(NetServices& services) const override { services._checkForUpdates(); }
 };
 
-boost::shared_ptr<NetServices> NetServices::s_shared;
+// Never destroyed with the process's statics, which its thread may be using.
+boost::shared_ptr<NetServices>& NetServices::_instance()
+{
+    static auto& instance = *new boost::shared_ptr<NetServices>;
+    return instance;
+}
 
 NetServices::~NetServices()
 {
@@ -52,17 +57,18 @@ NetServices::~NetServices()
 
 boost::shared_ptr<NetServices> NetServices::shared()
 {
-    if (!s_shared) {
-        s_shared.reset(new NetServices);
+    boost::shared_ptr<NetServices>& instance = _instance();
+    if (!instance) {
+        instance.reset(new NetServices);
         qRegisterMetaType<UpdateInformation>();
-        s_shared->start(InheritPriority);
+        instance->start(InheritPriority);
     }
-    return s_shared;
+    return instance;
 }
 
 void NetServices::destroyShared()
 {
-    s_shared.reset();
+    _instance().reset();
 }
 
 void NetServices::checkForUpdates()

@@ -47,6 +47,7 @@ protected:
 private:
     NetServices() = default;
 
+    [[nodiscard]] static boost::shared_ptr<NetServices>& _instance();
     boost::shared_ptr<NetJob> _takeJob();
     void _runJob(const NetJob& job);
     void _checkForUpdates();
@@ -57,6 +58,4 @@ private:
     QWaitCondition m_wakeUp;
     QList<boost::shared_ptr<NetJob>> m_jobs;
     boost::shared_ptr<net::HttpConnection> m_connection; ///< of the request under way
-
-    static boost::shared_ptr<NetServices> s_shared;
 };

@@ -8,11 +8,13 @@
 
 TaskCore::~TaskCore()
 {
-    if (m_client) {
+    if (m_client)
         m_client->setDelegate(nullptr);
-        m_client->abortRequests();
-    }
     setSharedStorage(nullptr);
+    // What the user entered is written before anything waits for the network.
+    m_storage.reset();
+    if (m_client)
+        m_client->abortRequests();
 }
 
 TaskStorage::ErrorType TaskCore::init()

@@ -22,11 +22,10 @@ ApiErrorCode codeOf(int status)
 }
 } // namespace
 
-ApiError ApiError::create(int status, const QByteArray& body)
+ApiError ApiError::create(int status, const QByteArray& /*body*/)
 {
     ApiError error = create(codeOf(status));
     error.m_status = status;
-    error.m_body = body;
     return error;
 }
 

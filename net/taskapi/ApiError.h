@@ -24,19 +24,17 @@ public:
     /// Unknown, without a status.
     ApiError() = default;
 
-    /// The outcome that an answer with this status means. The answer's body goes to the log only.
+    /// The outcome that an answer with this status means, whatever its body.
     [[nodiscard]] static ApiError create(int status, const QByteArray& body);
     [[nodiscard]] static ApiError create(ApiErrorCode code);
 
     [[nodiscard]] ApiErrorCode code() const { return m_code; }
     /// -1 without an answer, and where the transport does not tell.
     [[nodiscard]] int status() const { return m_status; }
-    [[nodiscard]] const QByteArray& body() const { return m_body; }
 
 private:
     ApiErrorCode m_code = ApiErrorCode::unknown;
     int m_status = -1;
-    QByteArray m_body;
 };
 
 } // namespace taskapi

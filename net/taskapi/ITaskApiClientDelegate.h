@@ -10,10 +10,10 @@ class TaskApiRunnable;
 class ITaskApiClientDelegate
 {
 public:
-    virtual ~ITaskApiClientDelegate();
-
     virtual void apiTaskCompleted(TaskApiClient* client, TaskApiRunnable* task) = 0;
     virtual void apiTaskFailed(TaskApiClient* client, TaskApiRunnable* task) = 0;
+
+    virtual ~ITaskApiClientDelegate();
 };
 
 } // namespace taskapi

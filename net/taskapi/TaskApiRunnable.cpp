@@ -18,12 +18,12 @@ QString queryText(const QString& text)
     return QString::fromLatin1(QUrl::toPercentEncoding(text));
 }
 
-QUrlQuery queryOf(const QVariantMap& items)
+void addQueryItems(QUrl& url, const QVariantMap& items)
 {
-    QUrlQuery query;
+    QUrlQuery query(url);
     for (auto item = items.cbegin(); item != items.cend(); ++item)
         query.addQueryItem(queryText(item.key()), queryText(item.value().toString()));
-    return query;
+    url.setQuery(query);
 }
 
 bool readAnswer(const net::HttpConnection& connection, const QUrl& url, const QByteArray& body,
@@ -99,9 +99,7 @@ TaskApiRunnable::runWithConnection(const boost::shared_ptr<net::HttpConnection>&
         if (serialized)
             post(connection, target, headers, body, m_result, error);
     } else {
-        const QUrlQuery query = queryOf(payload().toMap());
-        if (!query.isEmpty())
-            target.setQuery(query);
+        addQueryItems(target, payload().toMap());
         get(connection, target, headers, m_result, error);
     }
     return error;

@@ -106,11 +106,10 @@ int runSignals(const QString& mode)
 /// Ends while a name is being looked up that no server answers for.
 int runLookup(int& argc, char** argv)
 {
-    ExitDeadline deadline;
     const QCoreApplication app(argc, argv);
     QHostInfo::lookupHost(u"nowhere.example"_s, [](const QHostInfo&) {});
     readCommand();
-    deadline.arm(7);
+    armExitDeadline(7);
     return 1;
 }
 

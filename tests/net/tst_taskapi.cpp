@@ -261,7 +261,7 @@ private Q_SLOTS:
             client.logout();
             called.release();
             taking.acquire();
-            for (int i = 0; i < 1000; ++i)
+            for (int i = 0; i < 100; ++i)
                 std::this_thread::yield();
             left = true;
         };
@@ -300,10 +300,10 @@ private Q_SLOTS:
     void abortsAtAnyMoment()
     {
         m_status = hangs;
-        for (int round = 1; round <= 100; ++round) {
+        for (int round = 1; round <= 50; ++round) {
             for (int i = 0; i < 3; ++i)
                 m_client->logout();
-            for (int i = 0; i < round * 5; ++i)
+            for (int i = 0; i < round; ++i)
                 std::this_thread::yield();
             m_client->abortRequests();
             QCOMPARE(m_listener->outcomes.size(), 3 * round);

@@ -139,7 +139,7 @@ private Q_SLOTS:
                     receiver = QThread::currentThread();
                 });
         worker->checkForUpdates();
-        QTRY_COMPARE(receiver, thread());
+        QTRY_COMPARE_WITH_TIMEOUT(receiver, thread(), 20'000);
         QVERIFY(got.valid());
         QCOMPARE(got.products().keys(), {u"a.product"_s});
 
@@ -161,7 +161,7 @@ private Q_SLOTS:
         const QSignalSpy checked(worker.get(), &NetServices::updatesChecked);
         for (int i = 0; i < 5; ++i)
             worker->checkForUpdates();
-        QTRY_COMPARE(checked.size(), 5);
+        QTRY_COMPARE_WITH_TIMEOUT(checked.size(), 5, 20'000);
         QByteArray methods;
         for (const TestServer::Request& request : service.server.requests())
             methods += request.method + ' ';
@@ -176,7 +176,7 @@ private Q_SLOTS:
         const boost::shared_ptr<NetServices> worker = NetServices::shared();
         const QSignalSpy checked(worker.get(), &NetServices::updatesChecked);
         worker->checkForUpdates();
-        QTRY_COMPARE(checked.size(), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(checked.size(), 1, 20'000);
         const auto information = checked.at(0).at(0).value<UpdateInformation>();
         QVERIFY(!information.valid());
         QVERIFY(information.products().isEmpty());
