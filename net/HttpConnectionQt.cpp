@@ -30,6 +30,18 @@ bool isSecure(const QUrl& url)
 constexpr auto tooLarge = "The answer is too large"_L1;
 constexpr auto canceled = "Operation canceled"_L1;
 
+/// A text that a server may have had its hands in, fit for one line of the log.
+QString forLog(const QString& text)
+{
+    constexpr qsizetype longest = 500;
+    QString line = text.left(longest);
+    for (QChar& c : line) {
+        if (!c.isPrint())
+            c = u' ';
+    }
+    return line;
+}
+
 /// Hands the manager what is known already.
 class FoundProxies final : public QNetworkProxyFactory
 {
@@ -148,7 +160,7 @@ bool HttpConnectionQt::_request(const Exchange& exchange, QByteArray& response)
         reply->deleteLater();
     if (error.isEmpty())
         return true;
-    MVR_LOG_ERR(u"some error happened "_s + error);
+    MVR_LOG_ERR(u"some error happened "_s + forLog(error));
     return false;
 }
 
@@ -205,6 +217,8 @@ QNetworkReply* HttpConnectionQt::_issue(const Exchange& exchange, const QUrl& ur
 {
     QNetworkRequest request(url);
     request.setRawHeader("User-Agent", m_referer.toLatin1());
+    // Unpacked, an answer could take any amount of memory before its size is known.
+    request.setRawHeader("Accept-Encoding", "identity");
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
                          QNetworkRequest::ManualRedirectPolicy);
     // A single short answer gains nothing from the newer protocol's machinery.

@@ -7,6 +7,7 @@
 #include "app/base/UserMetricsWriter.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QMutexLocker>
 
 using namespace Qt::StringLiterals;
@@ -14,7 +15,9 @@ using namespace Qt::StringLiterals;
 bool UserMetrics::load(const QString& path)
 {
     QFile file(path);
-    return file.open(QIODevice::ReadOnly) && UserMetricsReader(this).read(&file);
+    // Opening a pipe of that name would block.
+    return QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly) &&
+           UserMetricsReader(this).read(&file);
 }
 
 void UserMetrics::save(const QString& path) const

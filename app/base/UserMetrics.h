@@ -9,8 +9,8 @@
 class UserMetrics
 {
 public:
-    /// Reads the file. Returns false if it is missing or malformed; the identifier is then made
-    /// anew when it is first needed.
+    /// Reads the file. Returns false if it is missing or malformed. An identifier that it did not
+    /// give is made anew when it is first needed.
     bool load(const QString& path);
 
     /// Writes the file. Failures go to the log.

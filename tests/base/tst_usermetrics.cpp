@@ -8,6 +8,7 @@
 #include <QTest>
 
 #include <cerrno>
+#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 
@@ -60,6 +61,14 @@ private Q_SLOTS:
             QCOMPARE(known.size(), 36);
         else
             QCOMPARE(known, id);
+    }
+
+    void pipeIsNotWaitedFor()
+    {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(u"metrics.xml"_s);
+        QCOMPARE(::mkfifo(qPrintable(path), 0600), 0);
+        QVERIFY(!dynamic_singleton<UserMetrics>::inst().load(path));
     }
 
     void failedSavesAreLogged_data()
