@@ -29,7 +29,7 @@ void write(const QString& path, const QByteArray& text)
 }
 } // namespace
 
-TestServer::Identity makeIdentity(const QString& host, int days)
+TestServer::Identity makeIdentity(const QString& name, int days)
 {
     const QTemporaryDir dir;
     const QString key = dir.filePath(u"key"_s);
@@ -37,7 +37,7 @@ TestServer::Identity makeIdentity(const QString& host, int days)
     const QString dated = dir.filePath(u"dated"_s);
     run(u"openssl"_s, {u"req"_s, u"-x509"_s, u"-nodes"_s, u"-newkey"_s, u"ec"_s, u"-pkeyopt"_s,
                        u"ec_paramgen_curve:P-256"_s, u"-subj"_s, u"/CN=test"_s, u"-addext"_s,
-                       u"subjectAltName=DNS:"_s + host, u"-keyout"_s, key, u"-out"_s, certificate});
+                       u"subjectAltName="_s + name, u"-keyout"_s, key, u"-out"_s, certificate});
     // Only here may the end lie in the past.
     run(u"openssl"_s, {u"x509"_s, u"-in"_s, certificate, u"-signkey"_s, key, u"-days"_s,
                        QString::number(days), u"-out"_s, dated});

@@ -5,9 +5,9 @@
 
 #include <QTemporaryDir>
 
-/// A new key and a certificate for the name `host` that it signs itself; one that is not valid any
-/// more if `days` is negative.
-[[nodiscard]] TestServer::Identity makeIdentity(const QString& host, int days = 2);
+/// A new key and a certificate that it signs itself, for a name such as "DNS:a.example" or
+/// "IP:127.0.0.1"; one that is not valid any more if `days` is negative.
+[[nodiscard]] TestServer::Identity makeIdentity(const QString& name, int days = 2);
 
 /// While it lives, the program takes the first certificate of this PEM text for that of its own
 /// servers.

@@ -146,7 +146,7 @@ QUrl TestServer::url(const QString& path) const
 {
     QUrl url(path);
     url.setScheme(m_runner->identity.certificate.isEmpty() ? u"http"_s : u"https"_s);
-    url.setHost(u"localhost"_s);
+    url.setHost(u"127.0.0.1"_s);
     url.setPort(m_runner->port);
     return url;
 }

@@ -40,7 +40,7 @@ public:
     Q_DISABLE_COPY_MOVE(TestServer)
 
     [[nodiscard]] quint16 port() const;
-    /// The address of `path` on this server, by the name "localhost".
+    /// The address of `path` on this server, by its number: not every system can look up names.
     [[nodiscard]] QUrl url(const QString& path) const;
 
     /// The requests so far.

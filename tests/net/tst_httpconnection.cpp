@@ -121,10 +121,10 @@ private Q_SLOTS:
 
     void certificates_data()
     {
-        const TestServer::Identity own = makeIdentity(u"localhost"_s);
-        const TestServer::Identity other = makeIdentity(u"localhost"_s);
-        const TestServer::Identity expired = makeIdentity(u"localhost"_s, -1);
-        const TestServer::Identity wrongHost = makeIdentity(u"elsewhere.example"_s);
+        const TestServer::Identity own = makeIdentity(u"IP:127.0.0.1"_s);
+        const TestServer::Identity other = makeIdentity(u"IP:127.0.0.1"_s);
+        const TestServer::Identity expired = makeIdentity(u"IP:127.0.0.1"_s, -1);
+        const TestServer::Identity wrongHost = makeIdentity(u"DNS:elsewhere.example"_s);
         QTest::addColumn<TestServer::Identity>("identity");
         QTest::addColumn<QByteArray>("pinned");
         QTest::addColumn<bool>("accepted");
@@ -190,7 +190,7 @@ private Q_SLOTS:
     void redirectsAreResolvedAgainstTheFirstAddress()
     {
         // On https: what is excused is excused anew at each step.
-        const TestServer::Identity identity = makeIdentity(u"localhost"_s);
+        const TestServer::Identity identity = makeIdentity(u"IP:127.0.0.1"_s);
         const PinnedCertificate pin(identity.certificate);
         const TestServer server(
             [](const Request& request, QSslSocket& socket) {
@@ -218,11 +218,11 @@ private Q_SLOTS:
     {
         QTest::addColumn<bool>("secure");
         QTest::addColumn<QString>("target");
-        QTest::newRow("from https to http") << true << u"http://localhost/"_s;
+        QTest::newRow("from https to http") << true << u"http://127.0.0.1/"_s;
         QTest::newRow("a file") << false << u"file:///etc/hostname"_s;
         QTest::newRow("data") << false << u"data:,text"_s;
         QTest::newRow("resources") << false << u"qrc:/network/server.pem"_s;
-        QTest::newRow("a port where nobody listens") << false << u"http://localhost:1/"_s;
+        QTest::newRow("a port where nobody listens") << false << u"http://127.0.0.1:1/"_s;
         QTest::newRow("no host") << false << u"http://"_s;
     }
 
@@ -231,7 +231,7 @@ private Q_SLOTS:
         QFETCH(const bool, secure);
         QFETCH(const QString, target);
         const TestServer::Identity identity =
-            secure ? makeIdentity(u"localhost"_s) : TestServer::Identity();
+            secure ? makeIdentity(u"IP:127.0.0.1"_s) : TestServer::Identity();
         const PinnedCertificate pin(identity.certificate);
         const TestServer server(
             [&](const Request&, QSslSocket& socket) {

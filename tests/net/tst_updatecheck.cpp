@@ -26,7 +26,7 @@ class Service
 {
 public:
     Service()
-        : m_identity(makeIdentity(ProductHelper::serviceHost()))
+        : m_identity(makeIdentity(u"DNS:"_s + ProductHelper::serviceHost()))
         , m_pin(m_identity.certificate)
         , server([this](const TestServer::Request& request, QSslSocket& socket) {
             _answer(request, socket);
