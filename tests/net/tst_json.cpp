@@ -42,7 +42,7 @@ QString nested(int arrays, int objects)
 
 } // namespace
 
-class TestJson : public QObject
+class tst_Json : public QObject
 {
     Q_OBJECT
 
@@ -221,5 +221,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(TestJson)
+QTEST_APPLESS_MAIN(tst_Json)
 #include "tst_json.moc"
