@@ -268,54 +268,47 @@ QVariant Json::parseValue(Input& input, bool& success)
     return {};
 }
 
+/// Reads elements up to the bracket that closes them, with any number of commas between. Returns
+/// false where an element failed or the text ended.
+template <typename ReadElement>
+bool Json::_parseElements(Input& input, EToken close, ReadElement readElement)
+{
+    nextToken(input);
+    for (;;) {
+        const EToken token = lookAhead(input);
+        if (token == EToken::None)
+            return false;
+        if (token == EToken::Comma || token == close) {
+            nextToken(input);
+            if (token == close)
+                return true;
+        } else if (!readElement()) {
+            return false;
+        }
+    }
+}
+
 QVariant Json::parseObject(Input& input, bool& success)
 {
     QVariantMap map;
-    nextToken(input);
-    while (success) {
-        switch (lookAhead(input)) {
-        case EToken::None:
-            success = false;
-            break;
-        case EToken::Comma:
-            nextToken(input);
-            break;
-        case EToken::ObjectClose:
-            nextToken(input);
-            return map;
-        default: {
-            const QString key = parseString(input, success);
-            if (!success || nextToken(input) != EToken::Colon) {
-                success = false;
-                break;
-            }
-            map.insert(key, parseValue(input, success));
-        }
-        }
-    }
-    return {};
+    success = _parseElements(input, EToken::ObjectClose, [&] {
+        const QString key = parseString(input, success);
+        if (!success || nextToken(input) != EToken::Colon)
+            return false;
+        map.insert(key, parseValue(input, success));
+        return success;
+    });
+    return map;
 }
 
 QVariant Json::parseArray(Input& input, bool& success)
 {
     QVariantList list;
-    nextToken(input);
-    while (success) {
-        switch (lookAhead(input)) {
-        case EToken::None:
-            success = false;
-            break;
-        case EToken::Comma:
-            nextToken(input);
-            break;
-        case EToken::ArrayClose:
-            nextToken(input);
-            return list;
-        default:
-            list.append(parseValue(input, success));
-        }
-    }
-    return {};
+    success = _parseElements(input, EToken::ArrayClose, [&] {
+        list.append(parseValue(input, success));
+        return success;
+    });
+    return list;
 }
 
 QString Json::parseString(Input& input, bool& success)

@@ -61,6 +61,8 @@ private:
 
     // These leave `success` alone unless they fail; what they return then means nothing.
     static QVariant parseValue(Input& input, bool& success);
+    template <typename ReadElement>
+    static bool _parseElements(Input& input, EToken close, ReadElement readElement);
     static QVariant parseObject(Input& input, bool& success);
     static QVariant parseArray(Input& input, bool& success);
     static QString parseString(Input& input, bool& success);
