@@ -73,6 +73,8 @@ void NetServices::destroyShared()
 
 void NetServices::checkForUpdates()
 {
+    if (ProductHelper::serviceHost().isEmpty())
+        return;
     const QMutexLocker lock(&m_mutex);
     m_jobs.append(boost::make_shared<CheckForUpdateJob>());
     m_wakeUp.wakeAll();

@@ -31,7 +31,8 @@ public:
     /// Lets go of the worker; it ends with its last owner. Interface thread.
     static void destroyShared();
 
-    /// Queues a check and returns at once; updatesChecked() tells its outcome. Any thread.
+    /// Queues a check and returns at once; updatesChecked() tells its outcome. A program without a
+    /// service does nothing. Any thread.
     void checkForUpdates();
 
     /// How the program names itself to servers.

@@ -28,26 +28,6 @@ QString ProductHelper::productDisplayName()
     return u"Mivora"_s;
 }
 
-QString ProductHelper::productUrl()
-{
-    return QStringLiteral(MVR_PRODUCT_URL);
-}
-
-QString ProductHelper::donateUrl()
-{
-    return QStringLiteral(MVR_DONATE_URL);
-}
-
-QString ProductHelper::serviceHost()
-{
-    return QStringLiteral(MVR_SERVICE_HOST);
-}
-
-QString ProductHelper::productId()
-{
-    return QStringLiteral(MVR_PRODUCT_ID);
-}
-
 QString ProductHelper::productUninstallKey()
 {
     return u"C8F31CA0-0667-467c-B205-B0A0291603E6"_s;

@@ -6,6 +6,13 @@
 #include "net/taskapi/TaskApiRunnable.h"
 #include "taskdb/SharedStorage.h"
 
+using namespace std::chrono_literals;
+
+namespace {
+/// With requests that do not obey.
+constexpr auto requestPatience = 1s;
+} // namespace
+
 TaskCore::~TaskCore()
 {
     if (m_client)
@@ -14,7 +21,7 @@ TaskCore::~TaskCore()
     // What the user entered is written before anything waits for the network.
     m_storage.reset();
     if (m_client)
-        m_client->abortRequests();
+        m_client->abortRequests(QDeadlineTimer(requestPatience));
 }
 
 TaskStorage::ErrorType TaskCore::init()

@@ -1,6 +1,7 @@
 #include "net/taskapi/TaskApiClient.h"
 
 #include "app/base/Clock.h"
+#include "app/base/ProductHelper.h"
 #include "net/taskapi/CreateAccountReq.h"
 #include "net/taskapi/ITaskApiClientDelegate.h"
 #include "net/taskapi/LoginReq.h"
@@ -25,7 +26,7 @@ TaskApiClient::~TaskApiClient()
 {
     // With no callback running or to come, nobody sends anything any more.
     setDelegate(nullptr);
-    abortRequests();
+    static_cast<void>(abortRequests(QDeadlineTimer::Forever));
 }
 
 boost::shared_ptr<TaskApiClient> TaskApiClient::shared()
@@ -70,6 +71,8 @@ void TaskApiClient::status(int revision)
 
 void TaskApiClient::_runTask(std::unique_ptr<TaskApiRunnable> task)
 {
+    if (ProductHelper::serviceHost().isEmpty())
+        return;
     task->setClient(this);
     // Listed and started in one: abortRequests() finds it running or takes it back.
     const QMutexLocker lock(&m_mutex);
@@ -80,14 +83,15 @@ void TaskApiClient::_runTask(std::unique_ptr<TaskApiRunnable> task)
     QThreadPool::globalInstance()->start(task.release());
 }
 
-void TaskApiClient::abortRequests()
+bool TaskApiClient::abortRequests(const QDeadlineTimer& deadline)
 {
     for (TaskApiRunnable* task : _abortAll())
         task->run();
     const QMutexLocker lock(&m_mutex);
-    while (!m_tasks.isEmpty())
-        m_noTasks.wait(&m_mutex);
+    while (!m_tasks.isEmpty() && m_noTasks.wait(&m_mutex, deadline)) {
+    }
     --m_aborts;
+    return m_tasks.isEmpty();
 }
 
 /// Returns those that the pool will not run.

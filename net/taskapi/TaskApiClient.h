@@ -5,6 +5,7 @@
 #include "net/taskapi/ITaskApiRunnableDelegate.h"
 #include "net/taskapi/ServerSettings.h"
 
+#include <QDeadlineTimer>
 #include <QList>
 #include <QMutex>
 #include <QRecursiveMutex>
@@ -39,7 +40,7 @@ public:
     /// there, but must not wait for another thread that calls setDelegate() or abortRequests().
     void setDelegate(ITaskApiClientDelegate* delegate);
 
-    // These return at once.
+    // These return at once. A program without a service sends nothing.
     void login(const QString& email, const QString& password);
     void logout();
     void createAccount(const QString& email, const QString& password, const QString& firstName,
@@ -47,10 +48,11 @@ public:
     /// Sends nothing without a session that has a token and has not expired.
     void status(int revision);
 
-    /// Fails every request that is not over and waits until none is left. Those that the pool had
-    /// not started end in this thread, the delegate's calls included. Meanwhile, calls that would
-    /// send a request do nothing. Not from within a callback.
-    void abortRequests();
+    /// Fails every request that is not over and waits until none is left, or until the deadline;
+    /// returns whether none is. Those that the pool had not started end in this thread, the
+    /// delegate's calls included. Meanwhile, calls that would send a request do nothing. Not from
+    /// within a callback.
+    bool abortRequests(const QDeadlineTimer& deadline);
 
     // The session lives in memory only: places to keep it for the next start.
     void loadSession();
