@@ -26,12 +26,14 @@ bool LogHelper::init(const QString& path)
     return open(WriteOnly | Append | Text);
 }
 
-void LogHelper::flush()
+void LogHelper::flush(int patienceMs)
 {
-    const QMutexLocker lock(&m_mutex);
+    if (!m_mutex.tryLock(patienceMs))
+        return;
     // One call hands over one block of the buffer, which has more of them after a failed write.
     while (isOpen() && QFile::flush() && bytesToWrite() > 0) {
     }
+    m_mutex.unlock();
 }
 
 QString LogHelper::located(const char* function, int line, const QString& text) const

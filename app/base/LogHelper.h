@@ -37,8 +37,9 @@ public:
     void debug(const QString& text) { _common(logging::debug, text); }
 
     /// Hands the buffered lines to the system. What does not fit on a full disk stays buffered
-    /// for the next call.
-    void flush();
+    /// for the next call. Does nothing if other threads keep the log busy for longer than
+    /// `patienceMs` milliseconds, -1 for any time.
+    void flush(int patienceMs = -1);
 
     /// `text` behind the caller's signature and line, while source locations are on.
     [[nodiscard]] QString located(const char* function, int line, const QString& text) const;
