@@ -14,7 +14,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QHideEvent>
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
@@ -67,20 +66,13 @@ void fill(QWidget* widget, const QColor& color)
 
 } // namespace
 
-QPointer<ExportDialog> ExportDialog::m_dialogInst;
-
 void ExportDialog::showMe(QWidget* parent, const FocusGroup::Id& currentGroupId)
 {
-    if (!m_dialogInst)
-        m_dialogInst = new ExportDialog(parent, currentGroupId);
-    m_dialogInst->setWindowState(m_dialogInst->windowState() & ~Qt::WindowMinimized);
-    m_dialogInst->show();
-    m_dialogInst->raise();
-    m_dialogInst->activateWindow();
+    showOne(parent, currentGroupId);
 }
 
 ExportDialog::ExportDialog(QWidget* parent, const FocusGroup::Id& currentGroupId)
-    : LocalizedDialog(parent)
+    : SingleDialog(parent)
 {
     setModal(true);
     setSizeGripEnabled(true);
@@ -276,7 +268,7 @@ void ExportDialog::accept()
     writeExportText(file, snapshot, selectedGroups());
     file.close();
     QDesktopServices::openUrl(QUrl::fromLocalFile(path));
-    LocalizedDialog::accept();
+    SingleDialog::accept();
 }
 
 void ExportDialog::_reportUnwritable(const QString& path)
@@ -286,25 +278,4 @@ void ExportDialog::_reportUnwritable(const QString& path)
     box.title = ProductHelper::productDisplayName();
     box.text = tr("Failed to open file \"%1\" for writing.").arg(path);
     Prompt::ask(this, box);
-}
-
-void ExportDialog::closeEvent(QCloseEvent* event)
-{
-    LocalizedDialog::closeEvent(event);
-    _dismiss();
-}
-
-void ExportDialog::hideEvent(QHideEvent* event)
-{
-    LocalizedDialog::hideEvent(event);
-    // A spontaneous one means minimised, or on another desktop.
-    if (!event->spontaneous())
-        _dismiss();
-}
-
-void ExportDialog::_dismiss()
-{
-    if (m_dialogInst == this)
-        m_dialogInst = nullptr;
-    deleteLater();
 }

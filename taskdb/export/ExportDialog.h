@@ -1,10 +1,8 @@
 // The dialog that exports groups of tasks as a text file.
 #pragma once
 
-#include "app/language/LocalizedDialog.h"
+#include "app/language/SingleDialog.h"
 #include "taskdb/FocusGroup.h"
-
-#include <QPointer>
 
 class QLabel;
 class QListWidget;
@@ -13,7 +11,7 @@ class QPushButton;
 
 /// Lists all groups and writes the checked ones to a file that the user names. There is one at a
 /// time; it deletes itself once it is closed or hidden.
-class ExportDialog : public LocalizedDialog
+class ExportDialog : public SingleDialog<ExportDialog>
 {
     Q_OBJECT
 
@@ -34,10 +32,6 @@ public Q_SLOTS:
     /// user cancels or the file cannot be opened.
     void accept() override;
 
-protected:
-    void closeEvent(QCloseEvent* event) override;
-    void hideEvent(QHideEvent* event) override;
-
 private Q_SLOTS:
     void _onSelectAll();
     void _onSelectNone();
@@ -53,9 +47,6 @@ private:
     void _setAll(Qt::CheckState state);
     void _updateButtons();
     void _reportUnwritable(const QString& path);
-    void _dismiss();
-
-    static QPointer<ExportDialog> m_dialogInst;
 
     QLabel* m_headerLabel = nullptr;
     QListWidget* m_groupList = nullptr;
