@@ -39,7 +39,7 @@ wait_for() {
 
 # The number is whole once its line feed is there.
 server_is_up() { { read -r number <"$root/display"; } 2>/dev/null; }
-manager_is_up() { xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id'; }
+manager_is_up() { [[ -e $root/manager.ready ]]; }
 bus_is_up() { [[ -S $XDG_RUNTIME_DIR/bus ]]; }
 
 mkdir "$root/home" "$root/run"
@@ -75,7 +75,8 @@ started+=($!)
 wait_for "the session bus" bus_is_up
 export DBUS_SESSION_BUS_ADDRESS=unix:path=$XDG_RUNTIME_DIR/bus
 
-openbox --sm-disable >"$root/manager.log" 2>&1 &
+# A manager announces itself before it looks after windows; its start-up command comes later.
+openbox --sm-disable --startup "touch $root/manager.ready" >"$root/manager.log" 2>&1 &
 started+=($!)
 wait_for "the window manager" manager_is_up
 
