@@ -1,6 +1,7 @@
 #include "ui/controls/LinkLabel.h"
 
 #include <QContextMenuEvent>
+#include <QFocusEvent>
 
 LinkLabel::LinkLabel(QWidget* parent)
     : QLabel(parent)
@@ -15,4 +16,12 @@ LinkLabel::LinkLabel(const QString& text, QWidget* parent)
 void LinkLabel::contextMenuEvent(QContextMenuEvent* event)
 {
     event->accept();
+}
+
+// Otherwise a label takes one Tab for itself, with nothing to see, before one for its link.
+void LinkLabel::focusInEvent(QFocusEvent* event)
+{
+    QLabel::focusInEvent(event);
+    if (event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason)
+        focusNextPrevChild(event->reason() == Qt::TabFocusReason);
 }

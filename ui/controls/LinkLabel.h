@@ -3,7 +3,7 @@
 
 #include <QLabel>
 
-/// Shows no context menu.
+/// Shows no context menu; each of its links is one stop of the Tab key.
 class LinkLabel : public QLabel
 {
     Q_OBJECT
@@ -14,4 +14,5 @@ public:
 
 protected:
     void contextMenuEvent(QContextMenuEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
 };
