@@ -6,6 +6,7 @@
 #include "app/StartupRefusal.h"
 #include "app/base/LogHelper.h"
 #include "app/base/PathHelper.h"
+#include "app/base/ProductHelper.h"
 #include "app/base/ProgramSettings.h"
 #include "app/base/UserMetrics.h"
 #include "app/core/TaskCore.h"
@@ -14,20 +15,26 @@
 #include "ui/ActionsHelper.h"
 #include "ui/DragHelper.h"
 #include "ui/MainWindow.h"
+#include "ui/TrayIcon.h"
 #include "ui/controls/StyleHelper.h"
 #include "ui/icons/IconsHelper.h"
 
+#include <QFile>
 #include <QWidget>
 
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 const QString applicationId = u"FAC47CC7-8B64-42cd-87FA-6D4A0C5149BF"_s;
 constexpr int showTimeoutMs = 5000;
+/// Trays come up at log-in as the program does.
+constexpr auto trayPatience = 10s;
 bool hasLog = false;
 
 /// Prefers X11 while it lives, unless the user chose a platform; the programs that we start choose
@@ -56,7 +63,10 @@ private:
 std::unique_ptr<MVRApp> makeApplication(int& argc, char** argv)
 {
     const PlatformPreference preference;
-    return std::make_unique<MVRApp>(applicationId, argc, argv);
+    auto app = std::make_unique<MVRApp>(applicationId, argc, argv);
+    // By this name desktops find what belongs to the program's windows.
+    QGuiApplication::setDesktopFileName(ProductHelper::productId());
+    return app;
 }
 
 /// Cuts the program off from the system's plug-ins, but for those that it cannot do without.
@@ -87,11 +97,18 @@ void saveEverything()
 void loadSettings()
 {
     auto& settings = dynamic_singleton<ProgramSettings>::inst();
-    if (!settings.load(PathHelper::settingsFile()))
+    const QString path = PathHelper::settingsFile();
+    if (!settings.load(path))
         settings.resetToDefaults();
+    // No language is stored before the user has chosen one.
+    if (!QFile::exists(path))
+        settings.uiLanguage.clear();
     settings.upgradeSettings();
     dynamic_singleton<UserMetrics>::inst().load(PathHelper::metricsFile());
-    Language::loadLanguageSettings();
+    if (settings.uiLanguage.isEmpty())
+        Language::followDesktop();
+    else
+        Language::loadLanguageSettings();
 }
 
 void destroySingletons()
@@ -102,7 +119,7 @@ void destroySingletons()
     dynamic_singleton<DragHelper>::destroy();
     dynamic_singleton<ActionsHelper>::destroy();
     dynamic_singleton<fancy::StyleHelper>::destroy();
-    dynamic_singleton<logging::LogHelper>::destroy();
+    destroyLog();
 }
 } // namespace
 
@@ -144,15 +161,20 @@ int main(int argc, char** argv)
     isLoaded = true;
 
     auto window = std::make_unique<MainWindow>();
-    if (dynamic_singleton<ProgramSettings>::inst().openWindowOnStartup)
+    const bool isHidden = !dynamic_singleton<ProgramSettings>::inst().openWindowOnStartup;
+    if (!isHidden)
         window->show();
     app->setActivationWindow(window.get(), true);
-    // The tray icon is made and shown here.
+    auto trayIcon = std::make_unique<TrayIcon>(window.get());
+    trayIcon->show();
+    window->setTrayIcon(trayIcon.get());
+    if (isHidden)
+        trayIcon->showWindowUnlessHosted(trayPatience);
     QApplication::setQuitOnLastWindowClosed(false);
     const int exitCode = QApplication::exec();
 
     MVR_LOG_DEBUG(u"app.exec() returns "_s + QString::number(exitCode));
-    // The tray icon goes before the window.
+    trayIcon.reset();
     window.reset();
     MVRApp::saveLoadedSettings();
     MVR_LOG_INFO(u"Shutdown"_s);
@@ -160,6 +182,7 @@ int main(int argc, char** argv)
     dynamic_singleton<logging::LogHelper>::inst().flush();
     armExitDeadline(exitCode);
     NetServices::destroyShared();
+    dynamic_singleton<logging::LogHelper>::inst().flush();
     destroySingletons();
     return exitCode;
 }

@@ -47,7 +47,12 @@ QAction* ActionsHelper::editTask()
 
 QAction* ActionsHelper::switchView()
 {
-    return made(m_switchView, u":/icons/view_normal"_s, tr("Toggle view"));
+    return made(m_switchView, u":/icons/view_normal"_s, viewLabels().neutral);
+}
+
+ViewLabels ActionsHelper::viewLabels()
+{
+    return {tr("Toggle view"), tr("Normal"), tr("Compact")};
 }
 
 QAction* ActionsHelper::cleanup()
@@ -59,6 +64,6 @@ void ActionsHelper::retranslateUI()
 {
     retranslate(m_newTask, tr("New"), shortcuts::newTask);
     retranslate(m_editTask, tr("Edit"), shortcuts::editTask);
-    retranslate(m_switchView, tr("Toggle view"));
+    retranslate(m_switchView, viewLabels().neutral);
     retranslate(m_cleanup, tr("Cleanup"));
 }

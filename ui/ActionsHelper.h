@@ -6,6 +6,14 @@
 
 #include <memory>
 
+/// What the switch of the view reads, in the language of the moment.
+struct ViewLabels
+{
+    QString neutral;
+    QString normal;  ///< in the compact view
+    QString compact; ///< in the normal one
+};
+
 /// Owns the four shared actions; each is made when first asked for and stays the same. They have
 /// no shortcuts: the keys belong to the task list. Reached through dynamic_singleton; interface
 /// thread.
@@ -18,8 +26,9 @@ public:
     [[nodiscard]] QAction* editTask();
     [[nodiscard]] QAction* switchView();
     [[nodiscard]] QAction* cleanup();
+    [[nodiscard]] static ViewLabels viewLabels();
 
-    /// Sets the texts anew. The view switch reads "Toggle view" until the view changes next.
+    /// Sets the texts anew. The view switch has its neutral label until the view changes next.
     void retranslateUI();
 
 private:

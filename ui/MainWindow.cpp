@@ -10,6 +10,7 @@
 #include "ui/Shortcuts.h"
 #include "ui/TaskListWidget.h"
 #include "ui/Toolbar.h"
+#include "ui/TrayIcon.h"
 #include "ui/controls/FancySplitter.h"
 #include "ui/icons/PictureIcon.h"
 
@@ -111,6 +112,8 @@ void MainWindow::_addShortcuts()
         add(shortcuts::nthGroup(i), [this, i] { m_groupList->setCurrentIndex(i); });
     add(shortcuts::exportTasks, [this] { ExportDialog::showMe(this, {}); });
     add(shortcuts::hideWindow, [this] { close(); });
+    // Not every desktop has a tray to quit from.
+    add(shortcuts::quit, &QCoreApplication::quit);
 }
 
 void MainWindow::_restoreGeometry()
@@ -151,6 +154,11 @@ void MainWindow::setSidepanelWidth(float share)
                                                           m_splitter->handleWidth()};
 }
 
+void MainWindow::setTrayIcon(TrayIcon* trayIcon)
+{
+    m_trayIcon = trayIcon;
+}
+
 void MainWindow::show()
 {
     setWindowOpacity(1.0);
@@ -161,12 +169,16 @@ void MainWindow::show()
 void MainWindow::retranslateUI()
 {
     setWindowTitle(ProductHelper::productDisplayName());
+    if (m_trayIcon)
+        m_trayIcon->retranslateUI();
     dynamic_singleton<ActionsHelper>::inst().retranslateUI();
     // The keys that belong to no button or entry are told of where there is none.
     m_groupList->viewport()->setToolTip(tr("Previous and next group: %1, %2")
                                             .arg(shortcuts::textOf(shortcuts::previousGroup),
                                                  shortcuts::textOf(shortcuts::nextGroup)));
-    m_toolbar->setToolTip(tr("Hide the window: %1").arg(shortcuts::textOf(shortcuts::hideWindow)));
+    m_toolbar->setToolTip(
+        tr("Hide the window: %1\nQuit: %2")
+            .arg(shortcuts::textOf(shortcuts::hideWindow), shortcuts::textOf(shortcuts::quit)));
 }
 
 void MainWindow::_onNewTask()
@@ -232,10 +244,11 @@ void MainWindow::_animatePane(int fromLeft, int toLeft)
 void MainWindow::_onSetViewAnimationFinished()
 {
     const bool compact = settings().compactView;
-    QAction* toggle = dynamic_singleton<ActionsHelper>::inst().switchView();
-    toggle->setIcon(
+    auto& actions = dynamic_singleton<ActionsHelper>::inst();
+    actions.switchView()->setIcon(
         icons::fromPictures({compact ? u":/icons/view_normal"_s : u":/icons/view_compact"_s}));
-    toggle->setText(compact ? tr("Normal") : tr("Compact"));
+    const ViewLabels labels = actions.viewLabels();
+    actions.switchView()->setText(compact ? labels.normal : labels.compact);
     m_splitter->setHandlePos(compact ? 0 : _panelWidth());
 }
 

@@ -4,10 +4,13 @@
 #include "app/language/LocalizedDialog.h"
 #include "taskdb/FocusGroup.h"
 
+#include <QPointer>
+
 class FancySplitter;
 class FocusGroupListWidget;
 class QPropertyAnimation;
 class TaskListWidget;
+class TrayIcon;
 
 /// The group panel on the left and, on the right, the task list above its toolbar; in the compact
 /// view the right side covers all. Closing only hides it. Place and view lie in the settings.
@@ -30,6 +33,9 @@ public:
     [[nodiscard]] float sidepanelWidth() const { return 0; }
     void setSidepanelWidth(float share);
     void retranslateUI() override;
+
+    /// Has the tray icon follow the language; null for none. Not owned.
+    void setTrayIcon(TrayIcon* trayIcon);
 
     [[nodiscard]] TaskListWidget* taskList() const { return m_taskList; }
     [[nodiscard]] FocusGroupListWidget* groupList() const { return m_groupList; }
@@ -65,6 +71,7 @@ private:
     TaskListWidget* m_taskList = nullptr;
     FancySplitter* m_splitter = nullptr;
     QWidget* m_rightPane = nullptr;
+    QPointer<TrayIcon> m_trayIcon;
     QWidget* m_toolbar = nullptr;
     QPropertyAnimation* m_animation = nullptr;
 };

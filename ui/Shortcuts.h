@@ -11,6 +11,7 @@ inline constexpr QKeyCombination previousGroup = Qt::CTRL | Qt::Key_PageUp;
 inline constexpr QKeyCombination nextGroup = Qt::CTRL | Qt::Key_PageDown;
 inline constexpr QKeyCombination exportTasks = Qt::CTRL | Qt::SHIFT | Qt::Key_E;
 inline constexpr QKeyCombination hideWindow = Qt::CTRL | Qt::Key_W;
+inline constexpr QKeyCombination quit = Qt::CTRL | Qt::Key_Q;
 /// How many groups, from the top, have a key.
 inline constexpr int groups = 9;
 

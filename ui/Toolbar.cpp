@@ -5,11 +5,11 @@
 #include "ui/controls/FancyToolBtn.h"
 #include "ui/controls/StyleHelper.h"
 
+#include <QEvent>
 #include <QLayout>
 #include <QPainter>
 
 namespace {
-/// Wide enough for each of the changing labels, so that the bar does not jump.
 constexpr int switchViewWidth = 60;
 /// Of a button without text: four of them fit into the narrowest pane.
 constexpr int narrowWidth = 24;
@@ -59,19 +59,48 @@ void Toolbar::_showTexts(bool shown)
         button->setToolButtonStyle(shown ? Qt::ToolButtonTextUnderIcon : Qt::ToolButtonIconOnly);
         button->setMaximumWidth(shown ? QWIDGETSIZE_MAX : narrowWidth);
     }
-    m_buttons.last()->setMinimumWidth(shown ? switchViewWidth : 0);
+    m_buttons.last()->setMinimumWidth(shown ? _switchViewWidth() : 0);
     layout()->setContentsMargins(shown ? m_margins : narrowMargins);
     layout()->setSpacing(shown ? m_spacing : 0);
 }
 
-void Toolbar::resizeEvent(QResizeEvent* event)
+/// The width of the widest of the changing labels, so that the bar does not jump.
+int Toolbar::_switchViewWidth()
+{
+    FancyToolBtn probe(this);
+    probe.setIcon(m_buttons.last()->icon());
+    probe.setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+    int width = switchViewWidth;
+    const ViewLabels labels = ActionsHelper::viewLabels();
+    for (const QString& label : {labels.neutral, labels.normal, labels.compact}) {
+        probe.setText(label);
+        width = qMax(width, probe.sizeHint().width());
+    }
+    return width;
+}
+
+/// Texts only where all of them have room.
+void Toolbar::_fit()
 {
     _showTexts(true);
     int needed = m_margins.left() + m_margins.right() + (m_buttons.size() + 1) * m_spacing;
     for (const FancyToolBtn* button : std::as_const(m_buttons))
         needed += qMax(button->sizeHint().width(), button->minimumWidth());
     _showTexts(needed <= width());
+}
+
+void Toolbar::resizeEvent(QResizeEvent* event)
+{
+    _fit();
     QToolBar::resizeEvent(event);
+}
+
+void Toolbar::changeEvent(QEvent* event)
+{
+    QToolBar::changeEvent(event);
+    // The window has set the texts by now.
+    if (event->type() == QEvent::LanguageChange || event->type() == QEvent::FontChange)
+        _fit();
 }
 
 void Toolbar::paintEvent(QPaintEvent* /*event*/)

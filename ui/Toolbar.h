@@ -17,11 +17,14 @@ public:
 protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
 private:
     FancyToolBtn* _addButton(QAction* action);
     void _addSpacer();
     void _showTexts(bool shown);
+    void _fit();
+    [[nodiscard]] int _switchViewWidth();
 
     QList<FancyToolBtn*> m_buttons;
     // As the style has them.

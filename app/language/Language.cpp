@@ -115,6 +115,27 @@ void Language::loadLanguageSettings()
         setLanguage(localeId);
 }
 
+void Language::followDesktop()
+{
+    setLanguage(dynamic_singleton<Language>::inst()._desktopLanguage());
+}
+
+/// The first of the desktop's languages that is offered, or else the default one.
+QString Language::_desktopLanguage() const
+{
+    const QStringList wanted = QLocale::system().uiLanguages();
+    for (const QString& name : wanted) {
+        const QLocale locale(name);
+        if (m_available.contains(locale.name()))
+            return locale.name();
+        for (const QString& id : m_available) {
+            if (QLocale(id).language() == locale.language())
+                return id;
+        }
+    }
+    return defaultLanguage();
+}
+
 void Language::saveLanguageSettings()
 {
     dynamic_singleton<ProgramSettings>::inst().uiLanguage = language();

@@ -41,6 +41,9 @@ public:
 
     /// Sets the language that the program settings name, if they name one.
     static void loadLanguageSettings();
+    /// Sets the language of the desktop, if it is one of those to choose from, or else the default
+    /// one; the program settings stay as they are.
+    static void followDesktop();
     /// Puts the current language into the program settings.
     static void saveLanguageSettings();
 
@@ -52,6 +55,7 @@ public:
 private:
     [[nodiscard]] bool _install(const SLanguage& files);
     void _removeTranslators();
+    [[nodiscard]] QString _desktopLanguage() const;
 
     QString m_language;
     QStringList m_available;

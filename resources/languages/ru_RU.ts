@@ -2,6 +2,45 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="ru_RU" sourcelanguage="en_US">
 <context>
+    <name>AboutDialog</name>
+    <message>
+        <source>About %1</source>
+        <translation>О программе %1</translation>
+    </message>
+    <message>
+        <source>%1 web-site &lt;a href=%2&gt;%3&lt;/a&gt;.</source>
+        <translation>Сайт %1: &lt;a href=%2&gt;%3&lt;/a&gt;.</translation>
+    </message>
+    <message>
+        <source>%1 uses &lt;a href=aboutqt&gt;Qt library&lt;/a&gt; under GNU LGPL 2.1.</source>
+        <translation>%1 использует &lt;a href=aboutqt&gt;библиотеку Qt&lt;/a&gt; по лицензии GNU LGPL 2.1.</translation>
+    </message>
+    <message>
+        <source>&lt;a href=eula&gt;End-user license agreement&lt;/a&gt; used by %1.</source>
+        <translation>&lt;a href=eula&gt;Лицензионное соглашение&lt;/a&gt; программы %1.</translation>
+    </message>
+    <message>
+        <source>Update to %1 is available! &lt;a href=&quot;%2&quot;&gt;Download...&lt;/a&gt;</source>
+        <translation>Доступно обновление до версии %1! &lt;a href=&quot;%2&quot;&gt;Скачать...&lt;/a&gt;</translation>
+    </message>
+    <message>
+        <source>Donate</source>
+        <translation>Пожертвовать</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>ОК</translation>
+    </message>
+    <message>
+        <source>About Qt Library</source>
+        <translation>О библиотеке Qt</translation>
+    </message>
+    <message>
+        <source>Unable to read a license file. Please, report this issue.</source>
+        <translation>Не удалось прочитать файл лицензии. Пожалуйста, сообщите нам об этом.</translation>
+    </message>
+</context>
+<context>
     <name>ActionsHelper</name>
     <message>
         <source>New</source>
@@ -17,7 +56,15 @@
     </message>
     <message>
         <source>Cleanup</source>
-        <translation>Очистить</translation>
+        <translation>Прибрать</translation>
+    </message>
+    <message>
+        <source>Normal</source>
+        <translation>Обычный</translation>
+    </message>
+    <message>
+        <source>Compact</source>
+        <translation>Компактный</translation>
     </message>
 </context>
 <context>
@@ -50,7 +97,7 @@
     </message>
     <message>
         <source>Group name</source>
-        <translation>Имя группы</translation>
+        <translation>Название группы</translation>
     </message>
     <message>
         <source>OK</source>
@@ -62,11 +109,34 @@
     </message>
     <message>
         <source>Please enter a group name to continue...</source>
-        <translation>Чтобы продолжить, введите имя группы...</translation>
+        <translation>Чтобы продолжить, введите название группы...</translation>
     </message>
     <message>
         <source>Ok, now we all know that you&apos;re funny! Wanna play a real game?</source>
-        <translation>Хорошо, теперь все знают, что вы весельчак! Сыграем в настоящую игру?</translation>
+        <translation>Ладно, шутку мы оценили! Может, сыграем во что-нибудь поинтереснее?</translation>
+    </message>
+</context>
+<context>
+    <name>EulaDialog</name>
+    <message>
+        <source>%1 License Agreement</source>
+        <translation>Лицензионное соглашение %1</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>ОК</translation>
+    </message>
+    <message>
+        <source>Scroll down to read the rest of the license agreement.</source>
+        <translation>Прокрутите вниз, чтобы прочитать соглашение до конца.</translation>
+    </message>
+    <message>
+        <source>Accept</source>
+        <translation>Принять</translation>
+    </message>
+    <message>
+        <source>Reject</source>
+        <translation>Отклонить</translation>
     </message>
 </context>
 <context>
@@ -97,7 +167,7 @@
     </message>
     <message>
         <source>Export to</source>
-        <translation>Куда экспортировать</translation>
+        <translation>Экспорт в файл</translation>
     </message>
     <message>
         <source>Text files (*.txt)</source>
@@ -143,7 +213,7 @@
     </message>
     <message>
         <source>Empty %1</source>
-        <translation>Очистить: %1</translation>
+        <translation>Очистить «%1»</translation>
     </message>
     <message>
         <source>Remove</source>
@@ -166,15 +236,15 @@
     <name>FocusGroupWidget</name>
     <message>
         <source>%1 due now</source>
-        <translation>%1 к сроку</translation>
+        <translation>срочных: %1</translation>
     </message>
     <message>
         <source>%1 soon</source>
-        <translation>%1 скоро</translation>
+        <translation>скоро: %1</translation>
     </message>
     <message>
         <source>%1 later</source>
-        <translation>%1 позже</translation>
+        <translation>позже: %1</translation>
     </message>
 </context>
 <context>
@@ -224,7 +294,7 @@
     </message>
     <message>
         <source>Completed</source>
-        <translation>Завершённые</translation>
+        <translation>Выполненные</translation>
     </message>
     <message>
         <source>To Check</source>
@@ -262,20 +332,14 @@
 <context>
     <name>MainWindow</name>
     <message>
-        <source>Normal</source>
-        <translation>Обычный</translation>
-    </message>
-    <message>
-        <source>Compact</source>
-        <translation>Компактный</translation>
-    </message>
-    <message>
         <source>Previous and next group: %1, %2</source>
         <translation>Предыдущая и следующая группа: %1, %2</translation>
     </message>
     <message>
-        <source>Hide the window: %1</source>
-        <translation>Скрыть окно: %1</translation>
+        <source>Hide the window: %1
+Quit: %2</source>
+        <translation>Скрыть окно: %1
+Выйти: %2</translation>
     </message>
 </context>
 <context>
@@ -291,6 +355,41 @@
     <message>
         <source>Next month</source>
         <translation>Следующий месяц</translation>
+    </message>
+</context>
+<context>
+    <name>PrefsDialog</name>
+    <message>
+        <source>%1 Preferences</source>
+        <translation>Настройки %1</translation>
+    </message>
+    <message>
+        <source>General</source>
+        <translation>Общие</translation>
+    </message>
+    <message>
+        <source>Show notifications</source>
+        <translation>Показывать уведомления</translation>
+    </message>
+    <message>
+        <source>This desktop shows no notifications</source>
+        <translation>Эта среда не показывает уведомлений</translation>
+    </message>
+    <message>
+        <source>Run on system startup</source>
+        <translation>Запускать при входе в систему</translation>
+    </message>
+    <message>
+        <source>Open window on startup</source>
+        <translation>Открывать окно при запуске</translation>
+    </message>
+    <message>
+        <source>Language</source>
+        <translation>Язык</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>ОК</translation>
     </message>
 </context>
 <context>
@@ -324,7 +423,7 @@
     </message>
     <message>
         <source>Visit %1 and make a donation to support the team if you like the software.</source>
-        <translation>Если программа вам нравится, посетите %1 и сделайте пожертвование в поддержку разработчиков.</translation>
+        <translation>Если программа вам нравится, зайдите на %1 и поддержите разработчиков пожертвованием.</translation>
     </message>
     <message>
         <source>Have a coffee :)</source>
@@ -343,7 +442,7 @@
     </message>
     <message>
         <source>&lt;p&gt;Task database failed to load for some reason. %1 can not continue to avoid further database corruption.&lt;/p&gt;&lt;p&gt;Please visit &lt;a href=&quot;%2&quot;&gt;%3&lt;/a&gt; and request help.&lt;/p&gt;</source>
-        <translation>&lt;p&gt;Не удалось загрузить базу данных задач. Чтобы не повредить её ещё больше, программа %1 завершит работу.&lt;/p&gt;&lt;p&gt;За помощью обратитесь на сайт &lt;a href=&quot;%2&quot;&gt;%3&lt;/a&gt;.&lt;/p&gt;</translation>
+        <translation>&lt;p&gt;Не удалось загрузить базу данных задач. Чтобы не повредить её ещё больше, программа %1 завершит работу.&lt;/p&gt;&lt;p&gt;Обратитесь за помощью на сайт &lt;a href=&quot;%2&quot;&gt;%3&lt;/a&gt;.&lt;/p&gt;</translation>
     </message>
 </context>
 <context>
@@ -369,7 +468,42 @@
     </message>
     <message>
         <source>Completed</source>
-        <translation>Завершённые</translation>
+        <translation>Выполнена</translation>
+    </message>
+</context>
+<context>
+    <name>TrayIcon</name>
+    <message>
+        <source>Show %1</source>
+        <translation>Показать %1</translation>
+    </message>
+    <message>
+        <source>Export...</source>
+        <translation>Экспорт...</translation>
+    </message>
+    <message>
+        <source>Donate...</source>
+        <translation>Пожертвовать...</translation>
+    </message>
+    <message>
+        <source>Preferences...</source>
+        <translation>Настройки...</translation>
+    </message>
+    <message>
+        <source>About</source>
+        <translation>О программе</translation>
+    </message>
+    <message>
+        <source>Exit</source>
+        <translation>Выход</translation>
+    </message>
+    <message>
+        <source>%1 update</source>
+        <translation>Обновление %1</translation>
+    </message>
+    <message>
+        <source>%1 %2 is available! Check out the About section for a download link.</source>
+        <translation>Вышла новая версия: %1 %2! Ссылка для скачивания — в окне «О программе».</translation>
     </message>
 </context>
 </TS>
