@@ -1,5 +1,6 @@
 // The real program on a real desktop: its window, a second copy, how it ends, what it refuses.
 #include "taskdb/TaskStorage.h"
+#include "tests/desktop/TrayHost.h"
 #include "tests/support/TemporaryHome.h"
 
 #include <QDir>
@@ -7,6 +8,7 @@
 #include <QFileInfo>
 #include <QProcess>
 #include <QRect>
+#include <QRegularExpression>
 #include <QSettings>
 #include <QTest>
 
@@ -80,11 +82,11 @@ QString xdotool(const QStringList& arguments)
     return output(u"xdotool"_s, arguments);
 }
 
-/// The visible window of the program that is called like the product; empty without one.
-QString visibleWindow(const Process& program)
+/// The visible window of the program that has that title; empty without one.
+QString visibleWindow(const Process& program, const QString& title = u"Mivora"_s)
 {
     return xdotool({u"search"_s, u"--all"_s, u"--onlyvisible"_s, u"--pid"_s,
-                    QString::number(program.id()), u"--name"_s, u"^Mivora$"_s});
+                    QString::number(program.id()), u"--name"_s, u'^' + title + u'$'});
 }
 
 bool isActive(const QString& window)
@@ -125,7 +127,11 @@ private Q_SLOTS:
     void hiddenStart();
     void windowComesBackWhereItWas();
     void sessionSaves();
+    void sessionEnds_data();
     void sessionEnds();
+    void traySteersTheProgram();
+    void firstStartSpeaksTheLanguageOfTheDesktop();
+    void waylandOnly();
     void refusedDatabase_data();
     void refusedDatabase();
     void signalEndsTheRefusal();
@@ -228,11 +234,11 @@ void tst_Program::endsInOrder()
     QCOMPARE(m_program->exitCode(), 0);
     QCOMPARE(contentsOf(file(u"database.xml"_s)), before);
     QCOMPARE(contentsOf(file(u"log.txt"_s)), QByteArray());
-    QCOMPARE(files(), QStringList({u"database.xml"_s, u"log.txt"_s, u"metrics.xml"_s,
-                                   u"settings.ini"_s}));
+    QCOMPARE(files(),
+             QStringList({u"database.xml"_s, u"log.txt"_s, u"metrics.xml"_s, u"settings.ini"_s}));
     QVERIFY(contentsOf(file(u"metrics.xml"_s)).endsWith("<metrics><id></id></metrics>\n"));
     const QByteArray settings = contentsOf(file(u"settings.ini"_s));
-    QVERIFY2(settings.contains("\ngeneral.ui_language=en_US\n"), settings.constData());
+    QVERIFY2(settings.contains("\ngeneral.ui_language=\n"), settings.constData());
     QVERIFY2(settings.contains("\nversion=0.2.608\n"), settings.constData());
 }
 
@@ -358,19 +364,130 @@ void tst_Program::sessionSaves()
     QVERIFY2(m_program->isRunning(), "saving ends nothing");
 }
 
+void tst_Program::sessionEnds_data()
+{
+    QTest::addColumn<QString>("entry");
+    QTest::addColumn<QStringList>("keys");
+    QTest::addColumn<QString>("title");
+    const auto row = [](const char* name, const QString& entry, const QStringList& keys,
+                        const QString& title) { QTest::newRow(name) << entry << keys << title; };
+    const QString tab = u"Tab"_s;
+    row("window alone", {}, {}, u"Mivora"_s);
+    row("preferences", u"Preferences..."_s, {}, u"Mivora Preferences"_s);
+    row("about", u"About"_s, {}, u"About Mivora"_s);
+    row("library", u"About"_s, {tab, tab, u"Return"_s}, u"About Qt Library"_s);
+    row("licence", u"About"_s, {tab, tab, tab, u"Return"_s}, u"Mivora License Agreement"_s);
+    row("export", u"Export..."_s, {}, u"Export"_s);
+    row("export to a file", u"Export..."_s, {u"Return"_s}, u"Export to"_s);
+}
+
+/// Whatever is open, all that was entered is on the disk, and the program is gone.
 void tst_Program::sessionEnds()
 {
+    QFETCH(const QString, entry);
+    QFETCH(const QStringList, keys);
+    QFETCH(const QString, title);
     Process manager(QStringLiteral(MVR_SESSION_MANAGER));
     manager.start();
     m_environment.insert(u"SESSION_MANAGER"_s, manager.line());
+    const TrayHost host;
     startProgram();
     QCOMPARE(manager.line(), u"registered"_s);
     QCOMPARE(manager.line(), u"saved"_s);
+    press({u"Down"_s, u"Return"_s, u"ctrl+a"_s, u"x"_s, u"Return"_s});
+    QTRY_VERIFY(host.hasItem());
+    if (!entry.isEmpty()) {
+        host.choose(entry);
+        QTRY_VERIFY_WITH_TIMEOUT(!isActive(m_window) && !xdotool({u"getactivewindow"_s}).isEmpty(),
+                                 patienceMs);
+        if (!keys.isEmpty())
+            press(keys);
+    }
+    QTRY_VERIFY_WITH_TIMEOUT(isActive(visibleWindow(*m_program, title)), patienceMs);
+    QVERIFY(QFile::remove(file(u"settings.ini"_s)) && QFile::remove(file(u"metrics.xml"_s)));
+
     manager.write("shutdown\n");
     QCOMPARE(manager.line(), u"saved"_s);
     QCOMPARE(manager.line(), u"closed"_s);
     QCOMPARE(m_program->exitCode(), 0);
     QCOMPARE(contentsOf(file(u"log.txt"_s)), QByteArray());
+    QVERIFY(files().contains(u"settings.ini"_s) && files().contains(u"metrics.xml"_s));
+    QCOMPARE(namesOnDisk(TaskStorage::ms_inboxId).first(), u"x"_s);
+}
+
+void tst_Program::traySteersTheProgram()
+{
+    auto host = std::make_unique<TrayHost>();
+    startProgram();
+    host = nullptr;
+    host = std::make_unique<TrayHost>();
+    QTRY_VERIFY2(host->hasItem(), "a host that was started anew");
+
+    press({u"alt+F4"_s});
+    QTRY_VERIFY_WITH_TIMEOUT(visibleWindow(*m_program).isEmpty(), patienceMs);
+    host->click();
+    QTRY_VERIFY_WITH_TIMEOUT(isActive(visibleWindow(*m_program)), patienceMs);
+    m_window = visibleWindow(*m_program);
+    xdotool({u"windowminimize"_s, m_window});
+    QTRY_VERIFY_WITH_TIMEOUT(isMinimised(m_window), patienceMs);
+    host->choose(u"Show Mivora"_s);
+    QTRY_VERIFY_WITH_TIMEOUT(isActive(m_window) && !isMinimised(m_window), patienceMs);
+
+    host->choose(u"Preferences..."_s);
+    const QString title = u"Mivora Preferences"_s;
+    QTRY_VERIFY_WITH_TIMEOUT(isActive(visibleWindow(*m_program, title)), patienceMs);
+    const QString dialog = visibleWindow(*m_program, title);
+    host->choose(u"Preferences..."_s);
+    // English to Russian: the menu follows, and the choice is stored, though its dialog is open.
+    press({u"Tab"_s, u"Tab"_s, u"Tab"_s, u"Down"_s});
+    QTRY_VERIFY(host->menu().contains(u"Выход"_s));
+    QCOMPARE(visibleWindow(*m_program, title + u"|Настройки Mivora"_s), dialog);
+    press({u"Escape"_s});
+    QTRY_VERIFY_WITH_TIMEOUT(isActive(m_window), patienceMs);
+
+    press({u"Down"_s, u"Return"_s, u"ctrl+a"_s, u"x"_s});
+    host->choose(u"Выход"_s);
+    QCOMPARE(m_program->exitCode(), 0);
+    QCOMPARE(namesOnDisk(TaskStorage::ms_inboxId).first(), u"x"_s);
+    QVERIFY(contentsOf(file(u"settings.ini"_s)).contains("\ngeneral.ui_language=ru_RU\n"));
+}
+
+void tst_Program::firstStartSpeaksTheLanguageOfTheDesktop()
+{
+    m_environment.insert(u"LANGUAGE"_s, u"de:ru"_s);
+    const TrayHost host;
+    for (int start = 0; start < 2; ++start) {
+        startProgram();
+        QTRY_VERIFY(host.hasItem() && host.menu().contains(u"Показать Mivora"_s));
+        m_program->signal(SIGTERM);
+        QCOMPARE(m_program->exitCode(), 0);
+        QVERIFY(contentsOf(file(u"settings.ini"_s)).contains("\ngeneral.ui_language=\n"));
+    }
+}
+
+/// On a compositor that shows its screen, and takes its keys, in a window of the X server.
+void tst_Program::waylandOnly()
+{
+    Process compositor(u"weston"_s);
+    compositor.start(m_environment,
+                     {u"--backend=x11-backend.so"_s, u"--use-pixman"_s, u"--shell=kiosk-shell.so"_s,
+                      u"--socket=mivora"_s, u"--log="_s + m_home->filePath(u"weston.log"_s)});
+    QTRY_VERIFY_WITH_TIMEOUT(
+        xdotool({u"getactivewindow"_s, u"getwindowname"_s}).startsWith("Weston"_L1), patienceMs);
+    m_environment.remove(u"DISPLAY"_s);
+    m_environment.insert(u"WAYLAND_DISPLAY"_s, u"mivora"_s);
+    m_environment.insert(u"WAYLAND_DEBUG"_s, u"1"_s);
+    m_program = std::make_unique<Process>(QStringLiteral(MVR_PROGRAM));
+    m_program->start(m_environment);
+    static const QRegularExpression keysComeIn(u"wl_keyboard@\\d+\\.enter"_s);
+    QString said;
+    QTRY_VERIFY_WITH_TIMEOUT((said += m_program->errors()).contains(keysComeIn), patienceMs);
+    press({u"ctrl+n"_s});
+    xdotool({u"type"_s, u"by hand"_s});
+    press({u"Return"_s, u"ctrl+q"_s});
+    QCOMPARE(m_program->exitCode(), 0);
+    m_program.reset();
+    QVERIFY(namesOnDisk(TaskStorage::ms_inboxId).contains(u"by hand"_s));
 }
 
 void tst_Program::refusedDatabase_data()

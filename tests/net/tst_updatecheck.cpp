@@ -3,13 +3,11 @@
 #include "app/base/UserMetrics.h"
 #include "app/base/dynamic_singleton.h"
 #include "net/NetServices.h"
-#include "tests/net/Certificates.h"
+#include "tests/net/UpdateService.h"
 #include "tests/support/LogWatch.h"
 
-#include <QNetworkProxy>
 #include <QRegularExpression>
 #include <QSignalSpy>
-#include <QSslSocket>
 #include <QTest>
 #include <QUrlQuery>
 
@@ -19,43 +17,6 @@ namespace {
 const QByteArray goodAnswer = json("{'updates': [{'id': 'a.product', 'version': '1.4.2', "
                                    "'url': 'https://www.mivora.example/get?a=b'}]}");
 } // namespace
-
-/// The service: a server that is reached through a proxy, so that the program may ask for its real
-/// name and port.
-class Service
-{
-public:
-    Service()
-        : m_identity(makeIdentity(u"DNS:"_s + ProductHelper::serviceHost()))
-        , m_pin(m_identity.certificate)
-        , server([this](const TestServer::Request& request, QSslSocket& socket) {
-            _answer(request, socket);
-        })
-    {
-        QNetworkProxy::setApplicationProxy(
-            {QNetworkProxy::HttpProxy, u"127.0.0.1"_s, server.port()});
-    }
-    ~Service() { QNetworkProxy::setApplicationProxy(QNetworkProxy::DefaultProxy); }
-    Q_DISABLE_COPY_MOVE(Service)
-
-private:
-    void _answer(const TestServer::Request& request, QSslSocket& socket) const
-    {
-        if (request.method != "CONNECT") {
-            socket.write(answer);
-            return;
-        }
-        socket.write("HTTP/1.1 200 Go ahead\r\n\r\n");
-        m_identity.encrypt(socket);
-    }
-
-    TestServer::Identity m_identity;
-    PinnedCertificate m_pin;
-
-public:
-    QByteArray answer; ///< sent to every request; nothing while it is empty
-    TestServer server;
-};
 
 class tst_UpdateCheck : public QObject
 {
@@ -126,7 +87,7 @@ private Q_SLOTS:
 
     void check()
     {
-        Service service;
+        UpdateService service;
         service.answer = TestServer::answer(200, goodAnswer);
         const boost::shared_ptr<NetServices> worker = NetServices::shared();
         QCOMPARE(NetServices::shared(), worker);
@@ -155,7 +116,7 @@ private Q_SLOTS:
 
     void severalChecks()
     {
-        Service service;
+        UpdateService service;
         service.answer = TestServer::answer(200, goodAnswer);
         const boost::shared_ptr<NetServices> worker = NetServices::shared();
         const QSignalSpy checked(worker.get(), &NetServices::updatesChecked);
@@ -171,7 +132,7 @@ private Q_SLOTS:
 
     void failedCheck()
     {
-        Service service;
+        UpdateService service;
         service.answer = TestServer::answer(503, goodAnswer);
         const boost::shared_ptr<NetServices> worker = NetServices::shared();
         const QSignalSpy checked(worker.get(), &NetServices::updatesChecked);
@@ -185,7 +146,7 @@ private Q_SLOTS:
 
     void endDuringACheck()
     {
-        const Service service;
+        const UpdateService service;
         NetServices::shared()->checkForUpdates();
         NetServices::shared()->checkForUpdates();
         QVERIFY(service.server.waitForRequests(2));
@@ -200,7 +161,7 @@ private Q_SLOTS:
 
     void installationIdLivesOn()
     {
-        Service service;
+        UpdateService service;
         service.answer = TestServer::answer(200, goodAnswer);
         const QTemporaryDir dir;
         const QString path = dir.filePath(u"metrics.xml"_s);

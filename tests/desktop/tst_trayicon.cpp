@@ -1,0 +1,178 @@
+// The icon in a real tray, and the news that it tells by a real notification service.
+#include "app/base/UserMetrics.h"
+#include "app/notify/NotifyHelper.h"
+#include "net/NetServices.h"
+#include "tests/net/UpdateService.h"
+#include "tests/support/Capitals.h"
+#include "tests/ui/WindowTest.h"
+#include "ui/TrayIcon.h"
+#include "ui/controls/AboutDialog.h"
+#include "ui/controls/LinkLabel.h"
+
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QMenu>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QSignalSpy>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+class tst_TrayIcon : public WindowTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        m_service = std::make_unique<UpdateService>();
+        m_daemon.start(u"dunst"_s, {u"-print"_s});
+        QTRY_VERIFY(QDBusConnection::sessionBus().interface()->isServiceRegistered(
+            u"org.freedesktop.Notifications"_s));
+    }
+
+    void cleanupTestCase()
+    {
+        for (QProcess* process : {&m_daemon, &m_tray}) {
+            process->terminate();
+            process->waitForFinished();
+        }
+        m_service.reset();
+    }
+
+    void news_data()
+    {
+        QTest::addColumn<QString>("product");
+        QTest::addColumn<QString>("version");
+        QTest::addColumn<bool>("wanted");
+        QTest::addColumn<QString>("shown");
+        QTest::addColumn<bool>("downloads");
+        const QString ours = ProductHelper::productId();
+        QTest::newRow("same") << ours << u"0.2.608"_s << true << QString() << false;
+        QTest::newRow("older") << ours << u"0.2.607"_s << true << QString() << false;
+        QTest::newRow("other product") << u"other"_s << u"9.0"_s << true << QString() << false;
+        QTest::newRow("none") << ours << u"x"_s << true << QString() << false;
+        QTest::newRow("newer, unwanted") << ours << u"0.2.609"_s << false << QString() << true;
+        QTest::newRow("newer") << ours << u"0.10.1"_s << true
+                               << u"Mivora update/Mivora 0.10.1 is available! Check out the About "
+                                  "section for a download link./"_s
+                               << true;
+    }
+    void news()
+    {
+        QFETCH(const QString, product);
+        QFETCH(const QString, version);
+        QFETCH(const bool, wanted);
+        QFETCH(const QString, shown);
+        QFETCH(const bool, downloads);
+        m_service->answer = TestServer::answer(
+            200, json("{'updates': [{'id': '" + product.toLatin1() + "', 'version': '" +
+                      version.toLatin1() + "', 'url': 'http://a.example'}]}"));
+        dynamic_singleton<UserMetrics>::inst();
+        dynamic_singleton<ProgramSettings>::inst().showNotifications = wanted;
+        ProductHelper::setLatestProductVersion({});
+        const QSignalSpy checked(NetServices::shared().get(), &NetServices::updatesChecked);
+        {
+            const TrayIcon icon(m_window.get());
+            QTRY_COMPARE_WITH_TIMEOUT(checked.size(), 1, 20'000);
+            QCoreApplication::processEvents();
+        }
+        const QString row = QString::fromUtf8(QTest::currentDataTag());
+        QVERIFY(NotifyHelper().show(row, {}));
+        QCOMPARE(toldBefore(row), shown);
+        AboutDialog::showMe(m_window.get());
+        QStringList lines;
+        for (const auto* label : m_window->findChildren<LinkLabel*>())
+            lines += label->text();
+        const QString line = u"Update to %1 is available! "_s.arg(version) +
+                             u"<a href=\"http://www.mivora.example\">Download...</a>"_s;
+        QCOMPARE(lines.filter(line).size(), downloads ? 1 : 0);
+        QCOMPARE(lines.filter(u"Update to"_s).size(), downloads ? 1 : 0);
+        NetServices::destroyShared();
+        dynamic_singleton<UserMetrics>::destroy();
+    }
+
+    void clicks()
+    {
+        m_service->answer = TestServer::answer(404, {});
+        dynamic_singleton<UserMetrics>::inst();
+        auto icon = std::make_unique<TrayIcon>(m_window.get());
+        icon->show();
+        m_window->setTrayIcon(icon.get());
+        m_window->close();
+        icon->showWindowUnlessHosted(0ms);
+        QTRY_VERIFY2(m_window->isActiveWindow(), "no tray to bring it back from");
+
+        // A tray that is late.
+        m_tray.start(u"trayer"_s, {u"--widthtype"_s, u"request"_s});
+        QTRY_VERIFY(icon->geometry().isValid() && QSystemTrayIcon::isSystemTrayAvailable());
+        const QSignalSpy activated(icon.get(), &QSystemTrayIcon::activated);
+        const auto click = [&](const QStringList& how) {
+            const QPoint where = icon->geometry().center();
+            QProcess::execute(u"xdotool"_s, QStringList{u"mousemove"_s, QString::number(where.x()),
+                                                        QString::number(where.y()), u"click"_s} +
+                                                how);
+        };
+        m_window->close();
+        icon->showWindowUnlessHosted(0ms);
+        // The tray still moves the icon to its place.
+        QTRY_VERIFY((click({u"2"_s}), !activated.isEmpty()));
+        QVERIFY(!m_window->isVisible());
+        click({u"1"_s});
+        QTRY_VERIFY(m_window->isActiveWindow());
+        m_window->showMinimized();
+        QTRY_VERIFY(m_window->isMinimized() && !m_window->isActiveWindow());
+        // A second click with the first button would make it a double one.
+        click({u"2"_s});
+        click({u"1"_s});
+        QTRY_VERIFY(!m_window->isMinimized() && m_window->isActiveWindow());
+
+        click({u"3"_s});
+        const QMenu* menu = icon->contextMenu();
+        QTRY_VERIFY(menu->isVisible());
+        const auto entries = [menu] {
+            QStringList texts;
+            for (const QAction* action : menu->actions())
+                texts += action->text();
+            return texts.join(u'/');
+        };
+        QCOMPARE(entries(), u"Show Mivora//Export.../Preferences.../About//Exit"_s);
+        Capitals capitals;
+        QCoreApplication::installTranslator(&capitals);
+        QTRY_COMPARE(entries(), u"SHOW Mivora//EXPORT.../PREFERENCES.../ABOUT//EXIT"_s);
+        icon.reset();
+        QCoreApplication::removeTranslator(&capitals);
+        QCoreApplication::processEvents();
+        NetServices::destroyShared();
+        dynamic_singleton<UserMetrics>::destroy();
+        QCOMPARE(m_log->take().size(), 1);
+    }
+
+private:
+    /// "summary/body/" of what the service has shown up to the message of that summary.
+    QString toldBefore(const QString& summary)
+    {
+        static const QRegularExpression field(u"^\\t(?:summary|body): '(.*)'$"_s);
+        QString told;
+        for (;;) {
+            if (!m_daemon.canReadLine() && !m_daemon.waitForReadyRead(20'000))
+                return u"nothing came"_s;
+            while (m_daemon.canReadLine()) {
+                const QString line = QString::fromUtf8(m_daemon.readLine()).chopped(1);
+                const QRegularExpressionMatch match = field.match(line);
+                if (match.captured(1) == summary)
+                    return told;
+                if (!match.captured(1).isEmpty())
+                    told += match.captured(1) + u'/';
+            }
+        }
+    }
+
+    std::unique_ptr<UpdateService> m_service;
+    QProcess m_daemon;
+    QProcess m_tray;
+};
+
+QTEST_MAIN(tst_TrayIcon)
+#include "tst_trayicon.moc"

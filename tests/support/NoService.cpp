@@ -1,0 +1,25 @@
+// The addresses of a product that has no service: takes the place of the real ones where it is
+// linked, so that nothing is asked of the net.
+#include "app/base/ProductHelper.h"
+
+using namespace Qt::StringLiterals;
+
+QString ProductHelper::productUrl()
+{
+    return u"http://www.mivora.example"_s;
+}
+
+QString ProductHelper::donateUrl()
+{
+    return {};
+}
+
+QString ProductHelper::serviceHost()
+{
+    return {};
+}
+
+QString ProductHelper::productId()
+{
+    return u"example.quendel.mivora.linux"_s;
+}
