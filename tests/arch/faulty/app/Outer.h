@@ -1,0 +1,2 @@
+#include "app/in/Inner.h"
+#include <tests/Test.h>
