@@ -3,6 +3,7 @@
 #include "app/ExitDeadline.h"
 #include "app/QtSingleApplication.h"
 #include "app/SignalHandler.h"
+#include "app/base/LogHelper.h"
 
 #include <QCloseEvent>
 #include <QDialog>
@@ -107,6 +108,8 @@ int runSignals(const QString& mode)
 int runLookup(int& argc, char** argv)
 {
     const QCoreApplication app(argc, argv);
+    if (argc > 2 && dynamic_singleton<logging::LogHelper>::inst().init(QString::fromUtf8(argv[2])))
+        MVR_LOG_ERR(u"last words"_s);
     QHostInfo::lookupHost(u"nowhere.example"_s, [](const QHostInfo&) {});
     readCommand();
     armExitDeadline(7);

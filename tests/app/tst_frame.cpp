@@ -16,6 +16,7 @@
 #include <QFile>
 #include <QSemaphore>
 #include <QTest>
+#include <QThreadPool>
 
 #include <boost/make_shared.hpp>
 
@@ -33,6 +34,8 @@ public:
         return boost::make_shared<HangingConnection>();
     }
     inline static QSemaphore s_called{0};
+    inline static QSemaphore s_released{0};
+    inline static std::atomic<bool> s_obeys = true;
     inline static std::atomic<bool> s_ended = false;
 
     bool open(const QString&, unsigned short) override { return true; }
@@ -54,6 +57,8 @@ private:
     {
         s_called.release();
         m_aborted.acquire();
+        if (!s_obeys)
+            s_released.acquire();
         s_ended = true;
         return false;
     }
@@ -161,8 +166,17 @@ private Q_SLOTS:
         QCOMPARE(log.take(), QStringList());
     }
 
+    void endOfTheStoreEndsRequests_data()
+    {
+        QTest::addColumn<bool>("obeys");
+        QTest::newRow("that obey") << true;
+        QTest::newRow("or leaves them") << false;
+    }
     void endOfTheStoreEndsRequests()
     {
+        QFETCH(const bool, obeys);
+        HangingConnection::s_obeys = obeys;
+        HangingConnection::s_ended = false;
         const TemporaryHome home;
         const LogWatch log;
         net::HttpConnection::setMaker(&HangingConnection::make);
@@ -171,7 +185,9 @@ private Q_SLOTS:
         QVERIFY(HangingConnection::s_called.tryAcquire(1, 20'000));
         dynamic_singleton<TaskCore>::destroy();
         net::HttpConnection::setMaker(nullptr);
-        QVERIFY(HangingConnection::s_ended);
+        QCOMPARE(HangingConnection::s_ended, obeys);
+        HangingConnection::s_released.release(obeys ? 0 : 1);
+        QThreadPool::globalInstance()->waitForDone();
     }
 };
 

@@ -1,6 +1,7 @@
 // The ways a program of this kind ends in order.
 #include "tests/app/Child.h"
 
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <csignal>
@@ -66,11 +67,14 @@ private Q_SLOTS:
 
     void endDoesNotWaitForNameLookups()
     {
-        Child child({u"lookup"_s});
+        const QTemporaryDir folder;
+        QFile log(folder.filePath(u"log.txt"_s));
+        Child child({u"lookup"_s, log.fileName()});
         child.start();
         QCOMPARE(child.line(), u"looking up"_s);
         child.command(u"end"_s);
         QCOMPARE(child.exitCode(), 7);
+        QVERIFY(log.open(QIODevice::ReadOnly) && log.readAll().endsWith(" last words\n"));
     }
 
     void writeLimitFailsTheWrite()

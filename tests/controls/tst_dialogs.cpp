@@ -13,7 +13,6 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFile>
-#include <QPushButton>
 #include <QTest>
 #include <QTextEdit>
 
@@ -30,15 +29,13 @@ bool isFixedAtItsHint(const QDialog& dialog)
     return dialog.minimumSize() == dialog.sizeHint() && dialog.maximumSize() == dialog.sizeHint();
 }
 
-template <typename Dialog>
-QList<Dialog*> openOnes()
+QCheckBox* box(const QDialog& dialog, const QString& text)
 {
-    QList<Dialog*> found;
-    for (QWidget* widget : QApplication::topLevelWidgets()) {
-        if (auto* dialog = qobject_cast<Dialog*>(widget); dialog && dialog->isVisible())
-            found += dialog;
+    for (auto* box : dialog.findChildren<QCheckBox*>()) {
+        if (box->text() == text)
+            return box;
     }
-    return found;
+    return nullptr;
 }
 } // namespace
 
@@ -59,24 +56,17 @@ private Q_SLOTS:
     {
         settings().openWindowOnStartup = false;
         std::unique_ptr<PrefsDialog> dialog(prefs::dialogForPlatform(nullptr));
-        dialog->show();
-        QList<QCheckBox*> boxes;
-        for (QCheckBox* box : dialog->findChildren<QCheckBox*>()) {
-            if (box->isVisible())
-                boxes += box;
-        }
-        QCOMPARE(boxes.size(), 2);
-        QVERIFY(boxes.first()->isChecked() && !boxes.last()->isChecked());
         dialog.reset();
         QVERIFY2(!QFile::exists(PathHelper::settingsFile()), "nothing was touched");
 
         dialog.reset(prefs::dialogForPlatform(nullptr));
-        boxes = dialog->findChildren<QCheckBox*>();
-        boxes.first()->click();
+        QVERIFY(box(*dialog, u"Run on system startup"_s)->isHidden());
+        box(*dialog, u"Show notifications"_s)->click();
         QVERIFY(!settings().showNotifications);
-        boxes.last()->click();
+        QCheckBox* open = box(*dialog, u"Open window on startup"_s);
+        open->click();
         QVERIFY(settings().openWindowOnStartup);
-        boxes.last()->click();
+        open->click();
         QVERIFY(!settings().openWindowOnStartup);
         dialog.reset();
         QVERIFY(QFile::exists(PathHelper::settingsFile()));
@@ -107,45 +97,26 @@ private Q_SLOTS:
 
     void about()
     {
-        AboutDialog::showMe(nullptr);
-        AboutDialog::showMe(nullptr);
-        QCOMPARE(openOnes<AboutDialog>().size(), 1);
-        QPointer<AboutDialog> dialog = openOnes<AboutDialog>().first();
-        QVERIFY(isFixedAtItsHint(*dialog));
+        QWidget window;
+        AboutDialog::showMe(&window);
+        AboutDialog::showMe(&window);
+        QCOMPARE(window.findChildren<AboutDialog*>().size(), 1);
+        QPointer<AboutDialog> dialog = window.findChild<AboutDialog*>();
         Language::setLanguage(u"ru_RU"_s);
         QTRY_COMPARE(dialog->windowTitle(), u"О программе Mivora"_s);
         QVERIFY(isFixedAtItsHint(*dialog));
-        QTest::keyClick(dialog, Qt::Key_Return);
-        AboutDialog::showMe(nullptr);
-        QCOMPARE(openOnes<AboutDialog>().size(), 1);
-        QVERIFY(openOnes<AboutDialog>().first() != dialog);
-        QTRY_VERIFY(!dialog);
-
-        dialog = openOnes<AboutDialog>().first();
         for (LinkLabel* label : dialog->findChildren<LinkLabel*>()) {
             if (label->text().contains("href=eula"_L1))
                 Q_EMIT label->linkActivated(u"eula"_s);
         }
-        const QPointer<EulaDialog> licence = openOnes<EulaDialog>().value(0);
+        const QPointer<EulaDialog> licence = dialog->findChild<EulaDialog*>();
         QVERIFY(licence && licence->isModal());
         const QString text = licence->findChild<QTextEdit*>()->toPlainText();
         QVERIFY2(text.contains("Mivora by Quendel"_L1) && !text.contains('_'_L1), qPrintable(text));
         QTest::keyClick(licence, Qt::Key_Return);
         QTRY_VERIFY(!licence);
-        dialog->close();
-    }
-
-    void agreement()
-    {
-        EulaDialog dialog(nullptr, u"<b>Agree</b>"_s, true);
-        QSize size = dialog.size();
-        QCOMPARE(size, QSize(490, 410));
-        const QList<QPushButton*> buttons = dialog.findChildren<QPushButton*>();
-        QCOMPARE(buttons.size(), 2);
-        buttons.first()->click();
-        QCOMPARE(dialog.result(), int(QDialog::Accepted));
-        buttons.last()->click();
-        QCOMPARE(dialog.result(), int(QDialog::Rejected));
+        QTest::keyClick(dialog, Qt::Key_Return);
+        QTRY_VERIFY(!dialog);
     }
 
 private:

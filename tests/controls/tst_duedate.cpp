@@ -7,7 +7,6 @@
 #include "ui/controls/DateWidget.h"
 #include "ui/controls/FancyToolBtn.h"
 #include "ui/controls/MyCalendar.h"
-#include "ui/controls/StyleHelper.h"
 
 #include <QAccessible>
 #include <QLabel>
@@ -73,23 +72,6 @@ private Q_SLOTS:
     {
         m_window.reset();
         Clock::release();
-    }
-
-    void format_data()
-    {
-        QTest::addColumn<QString>("setting");
-        QTest::addColumn<QString>("format");
-        QTest::newRow("two digits") << u"M/d/yy"_s << u"M/d/yyyy"_s;
-        QTest::newRow("four digits") << u"d MMM yyyy"_s << u"d MMM yyyy"_s;
-        QTest::newRow("upper case") << u"dd-MM-YY"_s << u"dd-MM-yyyy"_s;
-        QTest::newRow("literal") << u"d.MM.yy 'г'."_s << u"d.MM.yyyy 'г'."_s;
-    }
-
-    void format()
-    {
-        QFETCH(const QString, setting);
-        _setFormat(setting);
-        QTEST(DateWidget::fixedDateFormat(), "format");
     }
 
     /// Typed into a field that holds 20 May 2025. The result is what was told last, if anything;
@@ -343,8 +325,6 @@ private Q_SLOTS:
         MyCalendarMonthWidget grid(nullptr);
         grid.resize(grid.sizeHint());
         const QSize text = grid.fontMetrics().size(Qt::TextSingleLine, u"99"_s);
-        QCOMPARE(grid.minimumSizeHint(),
-                 QSize(7 * (text.width() + 10), 7 * (text.height() + 2) + 6));
         grid.setSelectedDate(month);
         QSignalSpy changes(&grid, &MyCalendarMonthWidget::dateChanged);
         for (QDate day = month; day.month() == month.month(); day = day.addDays(1)) {
@@ -358,38 +338,6 @@ private Q_SLOTS:
                           dayPlace(&grid, month.addMonths(1).addDays(-1)) +
                               QPoint(0, text.height() + 3));
         QVERIFY(changes.isEmpty());
-    }
-
-    void gridColors()
-    {
-        MyCalendar calendar;
-        calendar.setSelectedDateTime(tomorrow.startOfDay());
-        calendar.resize(calendar.sizeHint());
-        calendar.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&calendar));
-        auto* grid = calendar.findChild<MyCalendarMonthWidget*>();
-        const auto corner = [&](const QDate& day) {
-            const QSize text = grid->fontMetrics().size(Qt::TextSingleLine, u"99"_s);
-            const QPoint topLeft =
-                dayPlace(grid, day) - QPoint((text.width() + 10) / 2, (text.height() + 2) / 2);
-            const QImage image = grid->grab().toImage();
-            return std::pair(image.pixel(topLeft), image.pixel(topLeft + QPoint(1, 1)));
-        };
-        const QRgb soon = fancy::color(fancy::DueSoon).rgb();
-        QCOMPARE(corner(tomorrow), std::pair(soon, soon));
-        QCOMPARE(corner(today).first, QColor(Qt::white).rgb());
-        QVERIFY(corner(today).second != corner(today).first);
-        QTest::mouseMove(grid, dayPlace(grid, tomorrow));
-        QCOMPARE(corner(tomorrow),
-                 std::pair(fancy::color(fancy::TextDark).lighter(250).rgb(), soon));
-
-        const QList<std::pair<int, fancy::ESlot>> colors{{-400, fancy::DueNow},
-                                                         {0, fancy::DueNow},
-                                                         {1, fancy::DueSoon},
-                                                         {3, fancy::DueSoon},
-                                                         {4, fancy::PanelFill}};
-        for (const auto& [days, slot] : colors)
-            QCOMPARE(calendar.cellColorForDate(today.addDays(days)), fancy::color(slot));
     }
 
     void navigation()

@@ -1,5 +1,4 @@
-// The splitter's layout and dragging, and the thin scroll bar.
-#include "ui/controls/FancyScrollbar.h"
+// The splitter's layout and dragging.
 #include "ui/controls/FancySplitter.h"
 #include "ui/controls/FancySplitterHandle.h"
 
@@ -102,24 +101,6 @@ private Q_SLOTS:
         QTest::mouseMove(window, {100, 20});
         QTest::mouseRelease(window, Qt::LeftButton, {}, {100, 20});
         QCOMPARE(m_splitter->handlePos(), 150);
-    }
-
-    void scrollbar()
-    {
-        QCOMPARE(FancyScrollbar(Qt::Horizontal).sizeHint().height(), 10);
-        FancyScrollbar bar(Qt::Vertical);
-        QCOMPARE(bar.sizeHint().width(), 10);
-        bar.setRange(0, 100);
-        bar.setPageStep(100);
-        bar.resize(10, 200);
-        const auto thumb = [&bar] { return bar.grab().toImage().pixelColor(5, 50); };
-        QCOMPARE(thumb(), QColor(0xb0cce4));
-        QEnterEvent enter({5, 5}, {5, 5}, {5, 5});
-        QCoreApplication::sendEvent(&bar, &enter);
-        QCOMPARE(thumb(), QColor(0x1b75bb));
-        QEvent leave(QEvent::Leave);
-        QCoreApplication::sendEvent(&bar, &leave);
-        QCOMPARE(thumb(), QColor(0xb0cce4));
     }
 
 private:

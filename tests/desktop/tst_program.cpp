@@ -546,8 +546,7 @@ void tst_Program::editsAreOnTheDisk()
     press({u"Down"_s, u"Return"_s, u"ctrl+a"_s});
     xdotool({u"type"_s, u"Renamed by hand"_s});
     press({u"Return"_s});
-    press({u"Down"_s, u"Delete"_s});
-    m_program->signal(SIGTERM);
+    press({u"Down"_s, u"Delete"_s, u"ctrl+q"_s});
     QCOMPARE(m_program->exitCode(), 0);
 
     QStringList expected = before;

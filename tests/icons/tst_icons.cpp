@@ -4,7 +4,6 @@
 #include "ui/icons/PictureIcon.h"
 
 #include <QImage>
-#include <QPainter>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -54,22 +53,11 @@ private Q_SLOTS:
 
     void picturesAreThere()
     {
-        for (const QString& name : {u"toolbar_new"_s, u"toolbar_edit"_s, u"toolbar_cleanup"_s,
-                                    u"view_normal"_s, u"view_compact"_s})
-            _verifyPicture(u":/icons/"_s + name, 24);
-        for (const QString& name : {u"edit_note"_s, u"edit_duedate"_s})
-            _verifyPicture(u":/icons/"_s + name, 16);
-        for (const QString& name : {u"flat-N"_s, u"flat-P"_s, u"done-N"_s, u"done-P"_s})
-            _verifyPicture(u":/icons_checkbox/checkbox_"_s + name, 16);
         for (const int size : {16, 32, 48, 256}) {
             const QString file = u":/icons/one_"_s + QString::number(size);
             QVERIFY(showsBothScales(m_icons->appIcon(0, {}), size, file));
             QVERIFY(showsBothScales(m_icons->appIcon(size, u"_none"_s), size, file));
         }
-        for (const icons::EKnownIcon icon : {icons::ResetDate, icons::NextMonth})
-            QVERIFY(!m_icons->knownIcon(icon).isNull());
-        QVERIFY(showsBothScales(m_icons->knownIcon(icons::PreviousMonth), 16,
-                                u":/calendar/icon_prev_month_16"_s));
     }
 
     void pictureForTheRoom()
@@ -84,26 +72,6 @@ private Q_SLOTS:
         QCOMPARE(shownAt(48, 3.0), QSize(144, 144));
     }
 
-    void paintsSharplyAndCentred()
-    {
-        QImage canvas(128, 128, QImage::Format_ARGB32_Premultiplied);
-        canvas.setDevicePixelRatio(2.0);
-        canvas.fill(Qt::transparent);
-        QPainter painter(&canvas);
-        m_icons->icon(u"home"_s).paint(&painter, QRect(0, 0, 64, 64));
-        painter.end();
-        canvas.setDevicePixelRatio(1.0);
-        QCOMPARE(canvas.copy(16, 16, 96, 96), comparable(QImage(u":/icons_focus/home_48@2x"_s)));
-    }
-
-    void disabledLooksDisabled()
-    {
-        const QIcon icon = m_icons->icon(u"home"_s);
-        const QSize size(20, 20);
-        QVERIFY(icon.pixmap(size, 1.0, QIcon::Disabled).toImage() !=
-                icon.pixmap(size, 1.0).toImage());
-    }
-
     void missingPicturesAreLeftOut()
     {
         QVERIFY(icons::fromPictures({u":/icons/none"_s}).isNull());
@@ -112,12 +80,6 @@ private Q_SLOTS:
         // Not decodable: nothing to see, and nothing worse.
         QVERIFY(icons::fromPictures({u":/icons/not_a_picture"_s}).pixmap(QSize(16, 16)).isNull());
         QVERIFY(m_icons->appIcon(17, {}).isNull());
-    }
-
-    void onlyTheTrayIconNeverVaries()
-    {
-        QCOMPARE(m_icons->appIconSmall(u"_busy"_s).availableSizes(), QList<QSize>{QSize(32, 32)});
-        QVERIFY(shows(m_icons->trayIcon(u"_busy"_s), 16, 1.0, u":/icons/one_16"_s));
     }
 
     void catalogue()
@@ -148,11 +110,6 @@ private Q_SLOTS:
     }
 
 private:
-    static void _verifyPicture(const QString& file, int edge)
-    {
-        QVERIFY2(showsBothScales(icons::fromPictures({file}), edge, file), qPrintable(file));
-    }
-
     const IconsHelper* m_icons = nullptr;
 };
 
