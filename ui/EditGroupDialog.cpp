@@ -56,6 +56,7 @@ EditGroupDialog::EditGroupDialog(const QString& name, const QString& iconName, Q
 
 void EditGroupDialog::_init(const QString& name, const QString& iconName)
 {
+    setWindowModality(Qt::WindowModal);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);

@@ -74,7 +74,7 @@ void ExportDialog::showMe(QWidget* parent, const FocusGroup::Id& currentGroupId)
 ExportDialog::ExportDialog(QWidget* parent, const FocusGroup::Id& currentGroupId)
     : SingleDialog(parent)
 {
-    setModal(true);
+    setWindowModality(Qt::WindowModal);
     setSizeGripEnabled(true);
     setMinimumSize(smallestSize);
     _createLayout();

@@ -15,6 +15,7 @@
 #include <QProcess>
 #include <QRegularExpression>
 #include <QSignalSpy>
+#include <QTimer>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -128,9 +129,16 @@ private Q_SLOTS:
         click({u"1"_s});
         QTRY_VERIFY(!m_window->isMinimized() && m_window->isActiveWindow());
 
-        click({u"3"_s});
-        const QMenu* menu = icon->contextMenu();
-        QTRY_VERIFY(menu->isVisible());
+        QMenu* menu = icon->contextMenu();
+        bool isInReach = false;
+        QTimer::singleShot(0, this, [&] {
+            click({u"3"_s});
+            isInReach = QTest::qWaitFor([menu] { return menu->isVisible(); });
+            menu->close();
+            QApplication::activeModalWidget()->close();
+        });
+        menu->actions().at(3)->trigger();
+        QVERIFY2(isInReach, "while the preferences are open");
         const auto entries = [menu] {
             QStringList texts;
             for (const QAction* action : menu->actions())

@@ -17,7 +17,7 @@ constexpr int textMargin = 10;
 EulaDialog::EulaDialog(QWidget* parent, const QString& html, bool acceptMode)
     : LocalizedDialog(parent)
 {
-    setModal(true);
+    setWindowModality(Qt::WindowModal);
     auto* text = new QTextEdit(this);
     text->setReadOnly(true);
     text->setAcceptRichText(true);

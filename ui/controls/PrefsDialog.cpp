@@ -41,7 +41,8 @@ QString languageName(const QString& code)
 PrefsDialog::PrefsDialog(QWidget* parent)
     : LocalizedDialog(parent)
 {
-    setModal(true);
+    // For the whole program it would shut off trays of the older kind as well.
+    setWindowModality(Qt::WindowModal);
     m_tabs = new QTabWidget(this);
     m_tabs->setIconSize(tabIconSize);
     m_tabs->addTab(_createGeneralTab(), dynamic_singleton<IconsHelper>::inst().icon(u"inbox"_s),
