@@ -10,7 +10,7 @@ display_packages=(xvfb openbox x11-utils imagemagick
   fonts-dejavu-core fonts-droid-fallback fonts-noto-color-emoji)
 test_packages=(libbenchmark-dev libx11-dev libsm-dev libice-dev openssl
   xvfb openbox xdotool x11-utils dbus-daemon dunst trayer weston "${wayland_packages[@]}"
-  dpkg-dev file fakeroot lintian desktop-file-utils appstream man-db fonts-noto-core tzdata)
+  dpkg-dev file lintian desktop-file-utils appstream man-db fonts-noto-core tzdata)
 
 # Clones share what ccache holds, wherever they lie.
 export CCACHE_BASEDIR=$root CCACHE_NOHASHDIR=true
