@@ -71,12 +71,13 @@ void NetServices::destroyShared()
     _instance().reset();
 }
 
-void NetServices::checkForUpdates()
+void NetServices::checkForUpdates(std::chrono::milliseconds delay)
 {
     if (ProductHelper::serviceHost().isEmpty())
         return;
     const QMutexLocker lock(&m_mutex);
     m_jobs.append(boost::make_shared<CheckForUpdateJob>());
+    m_rest.setRemainingTime(delay);
     m_wakeUp.wakeAll();
 }
 
@@ -97,6 +98,8 @@ boost::shared_ptr<NetServices::NetJob> NetServices::_takeJob()
     const QMutexLocker lock(&m_mutex);
     while (m_jobs.isEmpty() && !m_stop)
         m_wakeUp.wait(&m_mutex);
+    while (!m_rest.hasExpired() && !m_stop)
+        m_wakeUp.wait(&m_mutex, m_rest);
     return m_stop ? boost::shared_ptr<NetJob>() : m_jobs.takeFirst();
 }
 

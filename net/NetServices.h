@@ -3,12 +3,15 @@
 
 #include "net/UpdateInformation.h"
 
+#include <QDeadlineTimer>
 #include <QList>
 #include <QMutex>
 #include <QThread>
 #include <QWaitCondition>
 
 #include <boost/shared_ptr.hpp>
+
+#include <chrono>
 
 namespace net {
 class HttpConnection;
@@ -31,9 +34,9 @@ public:
     /// Lets go of the worker; it ends with its last owner. Interface thread.
     static void destroyShared();
 
-    /// Queues a check and returns at once; updatesChecked() tells its outcome. A program without a
-    /// service does nothing. Any thread.
-    void checkForUpdates();
+    /// Queues a check and returns at once; updatesChecked() tells its outcome. The worker begins
+    /// nothing before `delay` is over. A program without a service does nothing. Any thread.
+    void checkForUpdates(std::chrono::milliseconds delay = {});
 
     /// How the program names itself to servers.
     [[nodiscard]] static QString httpReferer();
@@ -58,5 +61,6 @@ private:
     QMutex m_mutex; ///< guards all fields
     QWaitCondition m_wakeUp;
     QList<boost::shared_ptr<NetJob>> m_jobs;
+    QDeadlineTimer m_rest; ///< expired while jobs may begin
     boost::shared_ptr<net::HttpConnection> m_connection; ///< of the request under way
 };

@@ -18,6 +18,13 @@
 #include <QTimer>
 #include <QUrl>
 
+using namespace std::chrono_literals;
+
+namespace {
+/// What the check needs takes processors that the first picture of the window wants.
+constexpr auto checkDelay = 500ms;
+} // namespace
+
 TrayIcon::TrayIcon(MainWindow* window, QObject* parent)
     : QSystemTrayIcon(parent)
     , m_menu(std::make_unique<QMenu>())
@@ -32,7 +39,7 @@ TrayIcon::TrayIcon(MainWindow* window, QObject* parent)
     connect(this, &QSystemTrayIcon::activated, this, &TrayIcon::_onActivated);
     connect(this, &QSystemTrayIcon::messageClicked, this, &TrayIcon::_onMessageClicked);
     connect(m_netServices.get(), &NetServices::updatesChecked, this, &TrayIcon::_onUpdatesChecked);
-    m_netServices->checkForUpdates();
+    m_netServices->checkForUpdates(checkDelay);
 }
 
 TrayIcon::~TrayIcon() = default;
