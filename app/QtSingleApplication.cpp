@@ -1,5 +1,7 @@
 #include "app/QtSingleApplication.h"
 
+#include "ui/controls/WindowHelper.h"
+
 #include <QCryptographicHash>
 #include <QDataStream>
 #include <QDeadlineTimer>
@@ -116,6 +118,7 @@ void QtSingleApplication::activateWindow()
 {
     if (!m_activationWindow)
         return;
+    windows::withdrawUnseen(*m_activationWindow);
     m_activationWindow->setWindowState(m_activationWindow->windowState() & ~Qt::WindowMinimized);
     m_activationWindow->show();
     m_activationWindow->raise();

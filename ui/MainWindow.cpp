@@ -14,7 +14,7 @@
 #include "ui/controls/FancySplitter.h"
 #include "ui/icons/PictureIcon.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QHBoxLayout>
 #include <QPropertyAnimation>
 #include <QScreen>
@@ -32,6 +32,15 @@ constexpr QSize smallestSize(320, 200);
 ProgramSettings& settings()
 {
     return dynamic_singleton<ProgramSettings>::inst();
+}
+
+/// Window managers leave a dialog that was opened before the window was shown beneath it.
+void raiseDialog()
+{
+    if (QWidget* dialog = QApplication::activeModalWidget()) {
+        dialog->raise();
+        dialog->activateWindow();
+    }
 }
 } // namespace
 
@@ -290,4 +299,12 @@ void MainWindow::showEvent(QShowEvent* event)
     LocalizedDialog::showEvent(event);
     raise();
     activateWindow();
+    QMetaObject::invokeMethod(this, &raiseDialog, Qt::QueuedConnection);
+}
+
+bool MainWindow::event(QEvent* event)
+{
+    if (event->type() == QEvent::WindowActivate)
+        raiseDialog();
+    return LocalizedDialog::event(event);
 }

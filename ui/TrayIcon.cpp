@@ -10,6 +10,7 @@
 #include "ui/controls/AboutDialog.h"
 #include "ui/controls/Prefs.h"
 #include "ui/controls/PrefsDialog.h"
+#include "ui/controls/WindowHelper.h"
 #include "ui/icons/IconsHelper.h"
 
 #include <QCoreApplication>
@@ -97,6 +98,7 @@ void TrayIcon::_onActivated(ActivationReason reason)
 
 void TrayIcon::_onShow()
 {
+    windows::withdrawUnseen(*m_window);
     if (m_window->isMinimized())
         m_window->showNormal();
     else

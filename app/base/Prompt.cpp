@@ -14,6 +14,8 @@ QMessageBox::StandardButton Prompt::ask(QWidget* parent, const Question& questio
     QMessageBox box(question.icon, question.title, question.text, question.buttons, parent);
     box.setTextFormat(question.format);
     box.setDefaultButton(question.defaultButton);
+    if (parent)
+        box.setWindowModality(Qt::WindowModal);
     return static_cast<QMessageBox::StandardButton>(box.exec());
 }
 
@@ -21,7 +23,11 @@ QString Prompt::askSaveFile(QWidget* parent, const SaveQuestion& question)
 {
     if (presetSaveAnswerer)
         return presetSaveAnswerer(question);
-    return QFileDialog::getSaveFileName(parent, question.caption, question.folder, question.filter);
+    QFileDialog dialog(parent, question.caption, question.folder, question.filter);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    if (parent)
+        dialog.setWindowModality(Qt::WindowModal);
+    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().constFirst() : QString();
 }
 
 void Prompt::setAnswerer(const Answerer& answerer)

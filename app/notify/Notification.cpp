@@ -125,7 +125,7 @@ bool Notification::show()
     return true;
 }
 
-/// Both calls together take no longer than the time-out of one.
+/// All calls together take no longer than the time-out of one.
 bool Notification::_showNew()
 {
     const QDeadlineTimer deadline(patienceMs);
@@ -136,10 +136,13 @@ bool Notification::_showNew()
         _send();
         return false;
     }
-    s_notifications->setTimeout(qMax(1, static_cast<int>(deadline.remainingTime())));
-    auto reply = waitedFor(_send());
+    const auto sendInTime = [&deadline, this] {
+        s_notifications->setTimeout(qMax(1, static_cast<int>(deadline.remainingTime())));
+        return waitedFor(_send());
+    };
+    auto reply = sendInTime();
     if (isRefusal(reply.error()) && !std::exchange(m_plainUrgency, true))
-        reply = waitedFor(_send());
+        reply = sendInTime();
     s_notifications->setTimeout(patienceMs);
     if (reply.isValid())
         m_id = reply.value();

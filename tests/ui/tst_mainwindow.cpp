@@ -434,7 +434,8 @@ private Q_SLOTS:
         Capitals capitals;
         QCoreApplication::installTranslator(&capitals);
         QTRY_COMPARE(toggle->text(), u"TOGGLE VIEW"_s);
-        const QWidget* button = m_window->findChild<Toolbar*>()->findChildren<FancyToolBtn*>().last();
+        const QWidget* button =
+            m_window->findChild<Toolbar*>()->findChildren<FancyToolBtn*>().last();
         const int width = button->width();
         QVERIFY(width >= button->sizeHint().width());
         for (const QString& text : {u"NORMAL"_s, u"COMPACT"_s}) {

@@ -40,6 +40,7 @@ QString languageName(const QString& code)
 
 PrefsDialog::PrefsDialog(QWidget* parent)
     : LocalizedDialog(parent)
+    , m_canNotify(NotifyHelper().isAvailable())
 {
     // For the whole program it would shut off trays of the older kind as well.
     setWindowModality(Qt::WindowModal);
@@ -135,8 +136,8 @@ void PrefsDialog::retranslateUI()
     m_tabs->setTabText(0, tr("General"));
     m_notifications->setText(tr("Show notifications"));
     // Nothing hinders the user from choosing before the desktop has what it takes.
-    m_notifications->setToolTip(
-        NotifyHelper().isAvailable() ? QString() : tr("This desktop shows no notifications"));
+    m_notifications->setToolTip(m_canNotify ? QString()
+                                            : tr("This desktop shows no notifications"));
     m_runAtStartup->setText(tr("Run on system startup"));
     m_openWindow->setText(tr("Open window on startup"));
     m_languageLabel->setText(tr("Language"));

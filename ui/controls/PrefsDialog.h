@@ -37,6 +37,7 @@ private:
     void _onLanguageActivated(int index);
 
     bool m_isChanged = false;
+    const bool m_canNotify;
     QTabWidget* m_tabs = nullptr;
     QCheckBox* m_notifications = nullptr;
     QCheckBox* m_runAtStartup = nullptr;
