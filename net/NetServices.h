@@ -61,6 +61,6 @@ private:
     QMutex m_mutex; ///< guards all fields
     QWaitCondition m_wakeUp;
     QList<boost::shared_ptr<NetJob>> m_jobs;
-    QDeadlineTimer m_rest; ///< expired while jobs may begin
+    QDeadlineTimer m_rest;                               ///< expired while jobs may begin
     boost::shared_ptr<net::HttpConnection> m_connection; ///< of the request under way
 };
