@@ -10,7 +10,7 @@
 #include <QPainter>
 
 namespace {
-constexpr int switchViewWidth = 60;
+constexpr int switchViewMinimumWidth = 60;
 /// Of a button without text: four of them fit into the narrowest pane.
 constexpr int narrowWidth = 24;
 constexpr QMargins narrowMargins(1, 1, 1, 1);
@@ -34,6 +34,7 @@ Toolbar::Toolbar(QWidget* parent)
     _addButton(actions.switchView());
     m_margins = layout()->contentsMargins();
     m_spacing = qMax(0, layout()->spacing());
+    _measureSwitchView();
     _showTexts(true);
 }
 
@@ -59,24 +60,23 @@ void Toolbar::_showTexts(bool shown)
         button->setToolButtonStyle(shown ? Qt::ToolButtonTextUnderIcon : Qt::ToolButtonIconOnly);
         button->setMaximumWidth(shown ? QWIDGETSIZE_MAX : narrowWidth);
     }
-    m_buttons.last()->setMinimumWidth(shown ? _switchViewWidth() : 0);
+    m_buttons.last()->setMinimumWidth(shown ? m_switchViewWidth : 0);
     layout()->setContentsMargins(shown ? m_margins : narrowMargins);
     layout()->setSpacing(shown ? m_spacing : 0);
 }
 
-/// The width of the widest of the changing labels, so that the bar does not jump.
-int Toolbar::_switchViewWidth()
+/// Finds the width of the widest of the changing labels, so that the bar does not jump.
+void Toolbar::_measureSwitchView()
 {
     FancyToolBtn probe(this);
     probe.setIcon(m_buttons.last()->icon());
     probe.setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
-    int width = switchViewWidth;
+    m_switchViewWidth = switchViewMinimumWidth;
     const ViewLabels labels = ActionsHelper::viewLabels();
     for (const QString& label : {labels.neutral, labels.normal, labels.compact}) {
         probe.setText(label);
-        width = qMax(width, probe.sizeHint().width());
+        m_switchViewWidth = qMax(m_switchViewWidth, probe.sizeHint().width());
     }
-    return width;
 }
 
 /// Texts only where all of them have room.
@@ -99,8 +99,10 @@ void Toolbar::changeEvent(QEvent* event)
 {
     QToolBar::changeEvent(event);
     // The window has set the texts by now.
-    if (event->type() == QEvent::LanguageChange || event->type() == QEvent::FontChange)
+    if (event->type() == QEvent::LanguageChange || event->type() == QEvent::FontChange) {
+        _measureSwitchView();
         _fit();
+    }
 }
 
 void Toolbar::paintEvent(QPaintEvent* /*event*/)

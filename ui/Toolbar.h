@@ -24,10 +24,11 @@ private:
     void _addSpacer();
     void _showTexts(bool shown);
     void _fit();
-    [[nodiscard]] int _switchViewWidth();
+    void _measureSwitchView();
 
     QList<FancyToolBtn*> m_buttons;
     // As the style has them.
     QMargins m_margins;
     int m_spacing = 0;
+    int m_switchViewWidth = 0;
 };

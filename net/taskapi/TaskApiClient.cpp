@@ -26,7 +26,7 @@ TaskApiClient::~TaskApiClient()
 {
     // With no callback running or to come, nobody sends anything any more.
     setDelegate(nullptr);
-    static_cast<void>(abortRequests(QDeadlineTimer::Forever));
+    abortRequests();
 }
 
 boost::shared_ptr<TaskApiClient> TaskApiClient::shared()
@@ -83,7 +83,7 @@ void TaskApiClient::_runTask(std::unique_ptr<TaskApiRunnable> task)
     QThreadPool::globalInstance()->start(task.release());
 }
 
-bool TaskApiClient::abortRequests(const QDeadlineTimer& deadline)
+void TaskApiClient::abortRequests(const QDeadlineTimer& deadline)
 {
     for (TaskApiRunnable* task : _abortAll())
         task->run();
@@ -91,7 +91,6 @@ bool TaskApiClient::abortRequests(const QDeadlineTimer& deadline)
     while (!m_tasks.isEmpty() && m_noTasks.wait(&m_mutex, deadline)) {
     }
     --m_aborts;
-    return m_tasks.isEmpty();
 }
 
 /// Returns those that the pool will not run.

@@ -48,11 +48,10 @@ public:
     /// Sends nothing without a session that has a token and has not expired.
     void status(int revision);
 
-    /// Fails every request that is not over and waits until none is left, or until the deadline;
-    /// returns whether none is. Those that the pool had not started end in this thread, the
-    /// delegate's calls included. Meanwhile, calls that would send a request do nothing. Not from
-    /// within a callback.
-    bool abortRequests(const QDeadlineTimer& deadline);
+    /// Fails every request that is not over and waits until none is left, or until the deadline.
+    /// Those that the pool had not started end in this thread, the delegate's calls included.
+    /// Meanwhile, calls that would send a request do nothing. Not from within a callback.
+    void abortRequests(const QDeadlineTimer& deadline = QDeadlineTimer(QDeadlineTimer::Forever));
 
     // The session lives in memory only: places to keep it for the next start.
     void loadSession();

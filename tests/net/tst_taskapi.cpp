@@ -274,7 +274,7 @@ private Q_SLOTS:
         // Whoever hears of a login is logged in.
         QVERIFY(!m_server->requests().last().header("Authorization").isNull());
         m_listener.reset();
-        m_client->abortRequests(QDeadlineTimer::Forever);
+        m_client->abortRequests();
     }
 
     void abortedRequestsFail()
@@ -284,7 +284,7 @@ private Q_SLOTS:
         for (int i = 0; i < 6; ++i)
             m_client->login({}, {});
         QVERIFY(m_server->waitForRequests(2));
-        m_client->abortRequests(QDeadlineTimer::Forever);
+        m_client->abortRequests();
         QCOMPARE(m_listener->outcomes.size(), 6);
         QCOMPARE(m_listener->outcomes.count(u"failed 1 2 -1"_s), 2);
         QCOMPARE(m_listener->outcomes.count(u"failed 1 2 -1 here"_s), 4);
@@ -305,7 +305,7 @@ private Q_SLOTS:
                 m_client->logout();
             for (int i = 0; i < round; ++i)
                 std::this_thread::yield();
-            m_client->abortRequests(QDeadlineTimer::Forever);
+            m_client->abortRequests();
             QCOMPARE(m_listener->outcomes.size(), 3 * round);
         }
     }
@@ -338,7 +338,7 @@ private Q_SLOTS:
         m_status = hangs;
         m_client->login({}, {});
         QVERIFY(m_server->waitForRequests(2));
-        m_client->abortRequests(QDeadlineTimer::Forever);
+        m_client->abortRequests();
         QCOMPARE(m_listener->outcomes.last(), u"failed 1 2 -1"_s);
         QCOMPARE(m_log->take().size(), 1);
     }
