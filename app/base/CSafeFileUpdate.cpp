@@ -1,6 +1,7 @@
 #include "app/base/CSafeFileUpdate.h"
 
 #include "app/base/LogHelper.h"
+#include "app/base/PathHelper.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -8,79 +9,113 @@
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A file that remembers its first failed write. It gathers small writes itself: QFile's own
-/// buffer forgets an error when a later write succeeds.
-class CheckedFile final : public QFile
+/// A new file that remembers its first failure. It gathers small writes and hands them to the
+/// system itself: QFile's own buffer forgets an error when a later write succeeds.
+class CheckedFile final : public QIODevice
 {
 public:
-    using QFile::QFile;
+    ~CheckedFile() override { _closeDescriptor(); }
 
     /// Opens with the permissions of `model`, if there is such a file: what is to replace a
     /// private file is private from its first byte.
-    bool openForWriting(const QString& model)
+    bool openForWriting(const QString& path, const QString& model, EFileAccess access)
     {
-        m_buffer.reserve(bufferSize + bufferSize / 4);
-        constexpr OpenMode mode = WriteOnly | Truncate | Unbuffered;
-        if (!QFile::exists(model))
-            return open(mode);
-        // The "user" flags say what this process may do, which is no part of the file's mode.
-        constexpr Permissions ofProcess = ReadUser | WriteUser | ExeUser;
-        const Permissions kept = QFile::permissions(model) & ~ofProcess;
-        if (!open(mode, kept))
-            return false;
+        struct stat old = {};
+        const bool isModelled = ::stat(QFile::encodeName(model).constData(), &old) == 0;
+        const mode_t fresh = access == EFileAccess::userOnly ? 0600 : 0666;
+        const mode_t mode = isModelled ? old.st_mode & 07777 : fresh;
+        m_descriptor =
+            ::open(QFile::encodeName(path).constData(),
+                   O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, mode);
+        if (m_descriptor < 0)
+            return _fail();
         // Adds what the umask took. A file system without permissions is no reason to fail.
-        if (!setPermissions(kept))
-            unsetError();
-        return true;
+        if (isModelled) [[maybe_unused]]
+            const int result = ::fchmod(m_descriptor, mode);
+        m_buffer.reserve(bufferSize + bufferSize / 4);
+        return open(WriteOnly | Unbuffered);
     }
 
     /// Brings everything onto the disk and closes. Returns whether all of it got there.
     bool finish()
     {
         _drain();
-        if (!m_failed && (!flush() || error() != NoError || !_sync()))
-            m_failed = true;
+        if (m_error == 0)
+            _sync();
         close();
-        return !m_failed && error() == NoError;
+        _closeDescriptor();
+        return m_error == 0;
     }
 
+    /// The first failure, from errno.h; 0 for none.
+    [[nodiscard]] int firstError() const { return m_error; }
+
 protected:
+    qint64 readData(char* /*data*/, qint64 /*size*/) override { return -1; }
+
     qint64 writeData(const char* data, qint64 size) override
     {
         m_buffer.append(data, size);
         if (m_buffer.size() >= bufferSize)
             _drain();
-        return m_failed ? -1 : size;
+        return m_error == 0 ? size : -1;
     }
 
 private:
     static constexpr qsizetype bufferSize = qsizetype{256} * 1024;
 
+    bool _fail()
+    {
+        if (m_error == 0)
+            m_error = errno;
+        return false;
+    }
+
     void _drain()
     {
-        if (!m_failed && !m_buffer.isEmpty())
-            m_failed = QFile::writeData(m_buffer.constData(), m_buffer.size()) != m_buffer.size();
+        const char* data = m_buffer.constData();
+        qsizetype left = m_buffer.size();
+        while (left > 0 && m_error == 0) {
+            const ssize_t written = ::write(m_descriptor, data, static_cast<size_t>(left));
+            if (written > 0) {
+                data += written;
+                left -= written;
+            } else if (written == 0 || errno != EINTR) {
+                m_error = written == 0 ? ENOSPC : errno;
+            }
+        }
         m_buffer.resize(0);
     }
 
-    [[nodiscard]] bool _sync() const
+    void _sync()
     {
         int result = 0;
         do {
-            result = ::fdatasync(handle());
+            result = ::fdatasync(m_descriptor);
         } while (result != 0 && errno == EINTR);
         // Some file systems have nothing to sync and say so.
-        return result == 0 || errno == EINVAL || errno == ENOTSUP;
+        if (result != 0 && errno != EINVAL && errno != ENOTSUP)
+            _fail();
+    }
+
+    void _closeDescriptor()
+    {
+        const int descriptor = std::exchange(m_descriptor, -1);
+        if (descriptor >= 0 && ::close(descriptor) != 0 && errno != EINTR)
+            _fail();
     }
 
     QByteArray m_buffer;
-    bool m_failed = false;
+    int m_descriptor = -1;
+    int m_error = 0;
 };
 
 bool entryExists(const QString& path)
@@ -97,6 +132,12 @@ bool renameOver(const QString& from, const QString& to)
 bool hardLink(const QString& from, const QString& to)
 {
     return ::link(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) == 0;
+}
+
+bool exchange(const QString& one, const QString& other)
+{
+    return ::renameat2(AT_FDCWD, QFile::encodeName(one).constData(), AT_FDCWD,
+                       QFile::encodeName(other).constData(), RENAME_EXCHANGE) == 0;
 }
 
 /// Makes the renames of a folder durable. File systems that cannot are none the worse for it.
@@ -137,34 +178,72 @@ CSafeFileUpdate::CSafeFileUpdate(const QString& path)
 
 bool CSafeFileUpdate::update() const
 {
-    if (!QFile::exists(m_temporaryPath))
+    if (!entryExists(m_temporaryPath)) {
+        errno = ENOENT;
         return false;
+    }
     if (entryExists(m_path)) {
         const QString backup = m_path + u".bak"_s;
-        if (entryExists(backup) && !QFile::remove(backup))
+        if (entryExists(backup) && ::unlink(QFile::encodeName(backup).constData()) != 0)
             return false;
-        if (!hardLink(m_path, backup) && !renameOver(m_path, backup))
-            return false;
+        if (!hardLink(m_path, backup)) {
+            if (exchange(m_temporaryPath, m_path)) {
+                // The new version is in place; the old one goes by the temporary name.
+                renameOver(m_temporaryPath, backup);
+                return true;
+            }
+            if (!renameOver(m_path, backup))
+                return false;
+        }
     }
     return renameOver(m_temporaryPath, m_path);
 }
 
-SafeWriteResult replaceFileSafely(const QString& path,
-                                  const std::function<bool(QIODevice&)>& produce)
+namespace {
+
+/// Writes the whole of a temporary file that takes over the permissions of `model`.
+SafeWriteResult writeTemporary(const QString& temporary, const QString& model, EFileAccess access,
+                               const FileProducer& produce)
+{
+    CheckedFile file;
+    if (!file.openForWriting(temporary, model, access))
+        return {ESafeWrite::openFailed, temporary, file.firstError()};
+    const bool produced = produce(file);
+    if (file.finish() && produced)
+        return {ESafeWrite::done, temporary};
+    QFile::remove(temporary);
+    return {ESafeWrite::writeFailed, temporary, file.firstError()};
+}
+
+} // namespace
+
+SafeWriteResult replaceFileSafely(const QString& path, const FileProducer& produce)
 {
     const CSafeFileUpdate update(path);
-    const QString& temporary = update.temporaryPath();
-    CheckedFile file(temporary);
-    if (!file.openForWriting(path))
-        return {ESafeWrite::openFailed, temporary};
-
-    const bool produced = produce(file);
-    if (!file.finish() || !produced) {
-        QFile::remove(temporary);
-        return {ESafeWrite::writeFailed, temporary};
-    }
+    SafeWriteResult result =
+        writeTemporary(update.temporaryPath(), path, EFileAccess::userOnly, produce);
+    if (result.state != ESafeWrite::done)
+        return result;
     if (!update.update())
-        return {ESafeWrite::updateFailed, temporary};
+        return {ESafeWrite::updateFailed, result.temporaryPath, errno};
     syncFolderOf(path);
-    return {ESafeWrite::done, temporary};
+    return result;
+}
+
+SafeWriteResult writeFileSafely(const QString& path, EFileAccess access,
+                                const FileProducer& produce)
+{
+    const QString target = PathHelper::realPath(path);
+    SafeWriteResult result =
+        writeTemporary(CSafeFileUpdate(target).temporaryPath(), target, access, produce);
+    if (result.state != ESafeWrite::done)
+        return result;
+    if (!renameOver(result.temporaryPath, target)) {
+        result.state = ESafeWrite::updateFailed;
+        result.error = errno;
+        QFile::remove(result.temporaryPath);
+        return result;
+    }
+    syncFolderOf(target);
+    return result;
 }

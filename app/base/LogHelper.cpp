@@ -23,7 +23,7 @@ bool LogHelper::init(const QString& path)
     if (isOpen())
         close();
     setFileName(path);
-    return open(WriteOnly | Append | Text);
+    return open(WriteOnly | Append | Text, ReadOwner | WriteOwner);
 }
 
 void LogHelper::flush(int patienceMs)

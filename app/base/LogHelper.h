@@ -28,7 +28,8 @@ public:
     ~LogHelper() override;
     Q_DISABLE_COPY_MOVE(LogHelper)
 
-    /// Opens `path` for appending, closing any file open before. Returns whether it opened.
+    /// Opens `path` for appending, closing any file open before; a new one is for this user only.
+    /// Returns whether it opened.
     bool init(const QString& path);
 
     void err(const QString& text) { _common(critical, text); }

@@ -24,6 +24,18 @@ QString userFile(const QString& name)
     return PathHelper::getPath(PathHelper::UserDataFolder, true) + name;
 }
 
+/// Creates a folder and what is missing above it, for this user only.
+bool makeFolder(const QString& path)
+{
+    if (QDir(path).exists())
+        return true;
+    const QString parent = QFileInfo(path).absolutePath();
+    constexpr QFile::Permissions userOnly = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
+    // Another program may be making the same folder.
+    return parent != path && makeFolder(parent) &&
+           (QDir().mkdir(path, userOnly) || QDir(path).exists());
+}
+
 QString inFolder(const QString& folder, const QString& name)
 {
     return QDir(folder).filePath(name);
@@ -37,8 +49,7 @@ QString PathHelper::executablePath()
 
 bool PathHelper::makePath(const QString& path)
 {
-    const QDir folder = QFileInfo(path).absoluteDir();
-    return folder.exists() || folder.mkpath(u"."_s);
+    return makeFolder(QDir::cleanPath(QFileInfo(path).absolutePath()));
 }
 
 QString PathHelper::getPath(EPath kind, bool create)
@@ -87,6 +98,40 @@ QString PathHelper::logFile()
 bool PathHelper::isDataFolderValid(const QString& folder)
 {
     return QFileInfo(inFolder(folder, databaseName())).isFile();
+}
+
+QString PathHelper::realPath(const QString& path)
+{
+    const QFileInfo file(path);
+    const QString canonical = file.canonicalFilePath();
+    if (!canonical.isEmpty())
+        return canonical;
+    const QString folder = QFileInfo(file.absolutePath()).canonicalFilePath();
+    return folder.isEmpty() ? file.absoluteFilePath() : QDir(folder).filePath(file.fileName());
+}
+
+bool PathHelper::isCutOff(const QString& path)
+{
+    QString folder = QFileInfo(path).absolutePath();
+    while (!QFileInfo::exists(folder)) {
+        if (QFileInfo(folder).isSymLink())
+            return true;
+        const QString parent = QFileInfo(folder).absolutePath();
+        if (parent == folder)
+            return false;
+        folder = parent;
+    }
+    return false;
+}
+
+bool PathHelper::isOwnFile(const QString& path)
+{
+    const QString file = realPath(path);
+    if (file.startsWith(realPath(getPath(UserDataFolder, false)) + u'/'))
+        return true;
+    const QString database = realPath(databaseFile());
+    return file == database || file.startsWith(database + u".bak"_s) ||
+           file.startsWith(database + u".new"_s);
 }
 
 bool PathHelper::importData(const QString& fromFolder, const QString& toFolder)

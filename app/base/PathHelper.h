@@ -15,8 +15,8 @@ public:
     /// Path of the running program's file.
     [[nodiscard]] static QString executablePath();
 
-    /// Creates the folder part of `path` with all missing parents; a path that ends in "/" names
-    /// the folder itself. Returns whether the folder exists afterwards.
+    /// Creates the folder part of `path` with all missing parents, for this user only; a path that
+    /// ends in "/" names the folder itself. Returns whether the folder exists afterwards.
     static bool makePath(const QString& path);
 
     /// The folder of the given kind, ending in "/"; empty for an unknown kind. Creates the folder
@@ -33,6 +33,17 @@ public:
 
     /// Whether `folder` holds a database: a regular file, not a folder of that name.
     [[nodiscard]] static bool isDataFolderValid(const QString& folder);
+
+    /// Where `path` leads when links are followed; what does not exist yet keeps its name.
+    [[nodiscard]] static QString realPath(const QString& path);
+
+    /// Whether one of the folders on the way to `path` is a link that leads nowhere, such as one to
+    /// a volume that is not mounted: the file may exist although it is not there.
+    [[nodiscard]] static bool isCutOff(const QString& path);
+
+    /// Whether a file at `path` would be one of the program's own: in the user data folder, or the
+    /// database that a link there leads to, with its backup and temporary files.
+    [[nodiscard]] static bool isOwnFile(const QString& path);
 
     /// Copies the database and the settings of an older data folder into `toFolder`; what is
     /// already there stays. Always returns false, also after a complete copy: not a failure report.

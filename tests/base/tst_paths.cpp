@@ -43,6 +43,8 @@ private Q_SLOTS:
         QCOMPARE(PathHelper::databaseFile(), folder + u"database.xml"_s);
         QCOMPARE(PathHelper::settingsFile(), folder + u"settings.ini"_s);
         QVERIFY(QDir(folder).exists());
+        for (const QString& made : {folder, m_home->filePath(u".Mivora"_s)})
+            QVERIFY(!(QFile::permissions(made) & QFile::Permissions(0x0077)));
         QVERIFY(QDir(folder).isEmpty());
         QVERIFY(PathHelper::makePath(PathHelper::databaseFile()));
         QVERIFY(QDir(folder).removeRecursively());
@@ -58,6 +60,42 @@ private Q_SLOTS:
         QVERIFY(!PathHelper::isDataFolderValid(folder));
         write(m_home->filePath(u"database.xml"_s), "x");
         QVERIFY(PathHelper::isDataFolderValid(folder));
+    }
+
+    void cutOffOnlyByALinkThatLeadsNowhere_data()
+    {
+        QTest::addColumn<QString>("entry");
+        QTest::addColumn<QString>("target");
+        QTest::addColumn<bool>("cutOff");
+        QTest::newRow("nothing there yet") << u""_s << u""_s << false;
+        QTest::newRow("volume that is there") << u".Mivora"_s << u"."_s << false;
+        QTest::newRow("volume that is not") << u".Mivora"_s << u"gone"_s << true;
+        QTest::newRow("last folder") << u".Mivora/User Data"_s << u"gone/deep"_s << true;
+        QTest::newRow("through another link") << u".Mivora"_s << u"other"_s << true;
+    }
+    void cutOffOnlyByALinkThatLeadsNowhere()
+    {
+        QFETCH(const QString, entry);
+        QFETCH(const QString, target);
+        QVERIFY(QFile::link(m_home->filePath(u"gone"_s), m_home->filePath(u"other"_s)));
+        if (!entry.isEmpty()) {
+            QVERIFY(PathHelper::makePath(m_home->filePath(entry)));
+            QVERIFY(QFile::link(m_home->filePath(target), m_home->filePath(entry)));
+        }
+        QTEST(PathHelper::isCutOff(PathHelper::databaseFile()), "cutOff");
+        QVERIFY(!QFile::exists(m_home->filePath(u"gone"_s)));
+    }
+
+    void ownFiles()
+    {
+        write(m_home->filePath(u"real.xml"_s), "x");
+        QVERIFY(QFile::link(m_home->filePath(u"real.xml"_s), PathHelper::databaseFile()));
+        QVERIFY(QFile::link(PathHelper::databaseFile(), m_home->filePath(u"link"_s)));
+        for (const QString& own : {u"link"_s, u"real.xml"_s, u"real.xml.bak"_s, u"real.xml.new_3"_s,
+                                   u".Mivora/../.Mivora/User Data/backups/a.xml"_s})
+            QVERIFY2(PathHelper::isOwnFile(m_home->filePath(own)), qPrintable(own));
+        for (const QString& free : {u"real.xml.txt"_s, u"tasks.xml"_s, u".Mivora/tasks.xml"_s})
+            QVERIFY2(!PathHelper::isOwnFile(m_home->filePath(free)), qPrintable(free));
     }
 
     void importKeepsWhatIsThere()

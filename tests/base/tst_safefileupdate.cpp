@@ -117,8 +117,8 @@ private Q_SLOTS:
         QTest::addColumn<QString>("after");
         const QStringList noLinks{u"link:x"_s};
         const QStringList lastFails{u"rename:.new"_s};
-        const QStringList noLinksLastFails = noLinks + lastFails;
-        const QStringList noBackup{u"link:x"_s, u"rename:.bak"_s};
+        const QStringList onlyRenames = noLinks + QStringList{u"renameat2:x"_s};
+        const QStringList noBackup = onlyRenames + QStringList{u"rename:.bak"_s};
 
         QTest::newRow("first version") << u""_s << QStringList() << u"x=new"_s;
         QTest::newRow("next version")
@@ -128,9 +128,10 @@ private Q_SLOTS:
         QTest::newRow("last step fails")
             << u"x=old x.bak=b"_s << lastFails << u"x=old x.bak=old x.new=new"_s;
         QTest::newRow("no links") << u"x=old x.bak=b"_s << noLinks << u"x=new x.bak=old"_s;
-        QTest::newRow("no links, last step fails")
-            << u"x=old x.bak=b"_s << noLinksLastFails << u"x.bak=old x.new=new"_s;
-        QTest::newRow("no links, no backup") << u"x=old"_s << noBackup << u"x=old x.new=new"_s;
+        QTest::newRow("renames") << u"x=old x.bak=b"_s << onlyRenames << u"x=new x.bak=old"_s;
+        QTest::newRow("renames, last step fails")
+            << u"x=old x.bak=b"_s << onlyRenames + lastFails << u"x.bak=old x.new=new"_s;
+        QTest::newRow("renames, no backup") << u"x=old"_s << noBackup << u"x=old x.new=new"_s;
     }
     void update()
     {
@@ -146,12 +147,23 @@ private Q_SLOTS:
             m_folder->path(u"x"_s), [](QIODevice& device) { return device.write("new") == 3; });
         QCOMPARE(result.state,
                  after.contains(u"x.new") ? ESafeWrite::updateFailed : ESafeWrite::done);
+        QVERIFY(result.state == ESafeWrite::done || result.error == EPERM ||
+                result.error == EISDIR);
         QCOMPARE(DiskFaults::failures(), faults.size());
         QCOMPARE(m_folder->content(), after);
     }
 
+    void targetIsNeverMissing_data()
+    {
+        QTest::addColumn<bool>("links");
+        QTest::newRow("with hard links") << true;
+        QTest::newRow("without") << false;
+    }
     void targetIsNeverMissing()
     {
+        QFETCH(const bool, links);
+        if (!links)
+            DiskFaults::failNext("link", EPERM, "x", DiskFaults::always);
         m_folder->fill(u"x=old"_s);
         const QByteArray target = QFile::encodeName(m_folder->path(u"x"_s));
         std::atomic<bool> watching{true};
@@ -192,6 +204,30 @@ private Q_SLOTS:
         }
     }
 
+    void chosenFile()
+    {
+        const mode_t before = ::umask(0026);
+        m_folder->fill(u"x.new=mine old=old"_s);
+        QVERIFY(QFile::link(m_folder->path(u"old"_s), m_folder->path(u"link"_s)));
+        QCOMPARE(::chmod(QFile::encodeName(m_folder->path(u"old"_s)).constData(), 0604), 0);
+        const auto write = [this](const QString& name, EFileAccess access) {
+            return writeFileSafely(m_folder->path(name), access,
+                                   [](QIODevice& device) { return device.write("new") == 3; })
+                .state;
+        };
+        QCOMPARE(write(u"x"_s, EFileAccess::umask), ESafeWrite::done);
+        QCOMPARE(write(u"y"_s, EFileAccess::userOnly), ESafeWrite::done);
+        QCOMPARE(write(u"link"_s, EFileAccess::userOnly), ESafeWrite::done);
+        DiskFaults::failNext("rename", EIO, "y");
+        QCOMPARE(write(u"y"_s, EFileAccess::umask), ESafeWrite::updateFailed);
+        ::umask(before);
+        QCOMPARE(m_folder->content(), u"link=new old=new x=new x.new=mine y=new"_s);
+        QVERIFY(QFileInfo(m_folder->path(u"link"_s)).isSymLink());
+        QCOMPARE(modeOf(m_folder->path(u"old"_s)), 0604U);
+        QCOMPARE(modeOf(m_folder->path(u"x"_s)), 0640U);
+        QCOMPARE(modeOf(m_folder->path(u"y"_s)), 0600U);
+    }
+
     void writeFails_data()
     {
         QTest::addColumn<qint64>("room");
@@ -207,14 +243,14 @@ private Q_SLOTS:
         QFETCH(int, error);
         QFETCH(int, times);
         DiskFaults::failWritesAfter(room, error, "x.new", times);
-        _verifyOldIsKept(writePieces);
+        _verifyOldIsKept(writePieces, error);
         QVERIFY(DiskFaults::failures() > 0);
     }
     void syncOrProducerFails()
     {
-        _verifyOldIsKept([](QIODevice& device) { return !writePieces(device); });
+        _verifyOldIsKept([](QIODevice& device) { return !writePieces(device); }, 0);
         DiskFaults::failNext("fdatasync", EIO, "x.new");
-        _verifyOldIsKept(writePieces);
+        _verifyOldIsKept(writePieces, EIO);
         QCOMPARE(DiskFaults::failures(), 1);
     }
     void readOnlyFolder()
@@ -227,7 +263,8 @@ private Q_SLOTS:
         if (child == 0) {
             const bool user = ::getuid() != 0 || ::setuid(65534) == 0;
             const SafeWriteResult result = replaceFileSafely(m_folder->path(u"x"_s), writePieces);
-            ::_exit(user && result.state == ESafeWrite::openFailed ? 0 : 1);
+            ::_exit(user && result.state == ESafeWrite::openFailed && result.error == EACCES ? 0
+                                                                                             : 1);
         }
         int status = -1;
         QCOMPARE(::waitpid(child, &status, 0), child);
@@ -245,11 +282,12 @@ private Q_SLOTS:
     }
 
 private:
-    void _verifyOldIsKept(const std::function<bool(QIODevice&)>& produce)
+    void _verifyOldIsKept(const FileProducer& produce, int error)
     {
         m_folder->fill(u"x=old x.bak=older"_s);
         const SafeWriteResult result = replaceFileSafely(m_folder->path(u"x"_s), produce);
         QCOMPARE(result.state, ESafeWrite::writeFailed);
+        QCOMPARE(result.error, error);
         QCOMPARE(m_folder->content(), u"x=old x.bak=older"_s);
     }
 

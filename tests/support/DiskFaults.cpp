@@ -37,8 +37,8 @@ struct Fault
 std::atomic<bool> armed{false};
 std::atomic<int> failed{0};
 std::mutex mutex;
-std::array<Fault, 5> faults{Fault{"write"}, Fault{"fdatasync"}, Fault{"fsync"}, Fault{"link"},
-                            Fault{"rename"}};
+std::array<Fault, 6> faults{Fault{"write"}, Fault{"fdatasync"}, Fault{"fsync"},
+                            Fault{"link"},  Fault{"rename"},    Fault{"renameat2"}};
 
 Fault& faultOf(const char* call)
 {
@@ -164,6 +164,15 @@ int rename(const char* from, const char* to) noexcept
 {
     const int error = errorFor("rename", from, to);
     return error != 0 ? failWith(error) : static_cast<int>(::syscall(SYS_rename, from, to));
+}
+
+int renameat2(int fromFolder, const char* from, int toFolder, const char* to,
+              unsigned flags) noexcept
+{
+    const int error = errorFor("renameat2", from, to);
+    return error != 0
+               ? failWith(error)
+               : static_cast<int>(::syscall(SYS_renameat2, fromFolder, from, toFolder, to, flags));
 }
 
 } // extern "C"

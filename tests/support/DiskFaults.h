@@ -3,8 +3,8 @@
 
 #include <QtGlobal>
 
-/// Stands before the system's write, fdatasync, fsync, link and rename in this process, also where
-/// Qt calls them. Without a request everything goes through. A request concerns the files whose
+/// Stands before the system's write, fdatasync, fsync, link, rename and renameat2 in this process,
+/// also where Qt calls them. Without a request everything goes through. A request concerns the files whose
 /// path contains `pathPart`, a rename or link with such a path at either end. Any thread.
 class DiskFaults
 {
@@ -13,7 +13,7 @@ public:
     /// then `times` writes fail with `error` (a number from errno.h), and later ones go through.
     static void failWritesAfter(qint64 bytes, int error, const char* pathPart, int times = always);
 
-    /// Makes the next `times` calls of "fdatasync", "fsync", "link" or "rename" fail with `error`.
+    /// Makes the next `times` calls of any other of them, by name, fail with `error`.
     static void failNext(const char* call, int error, const char* pathPart, int times = 1);
 
     /// Withdraws all requests and the counts.
