@@ -1,13 +1,18 @@
 #include "taskdb/TaskStorage.h"
 
 #include "app/base/CClock.h"
+#include "app/base/CSafeFileUpdate.h"
 #include "app/base/LogHelper.h"
+#include "app/base/PathHelper.h"
 #include "taskdb/TaskStorageCommiter.h"
 #include "taskdb/TaskStorageReader.h"
 #include "taskdb/TaskStorageSnapsot.h"
+#include "taskdb/TaskStorageWriter.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QMutexLocker>
+#include <QTimer>
 
 #include <cerrno>
 #include <limits>
@@ -41,7 +46,7 @@ EEntry entryAt(const QString& path)
     {
     };
     if (::lstat(name.constData(), &info) != 0)
-        return errno == ENOENT || errno == ENOTDIR ? EEntry::missing : EEntry::other;
+        return errno == ENOENT && !PathHelper::isCutOff(path) ? EEntry::missing : EEntry::other;
     // Opening a pipe or a device could block for good.
     if (::stat(name.constData(), &info) != 0 || !S_ISREG(info.st_mode))
         return EEntry::other;
@@ -53,6 +58,7 @@ EEntry entryAt(const QString& path)
 TaskStorage::TaskStorage(const QString& path, QObject* parent)
     : QObject(parent)
     , m_path(path)
+    , m_realPath(path)
 {
 }
 
@@ -69,6 +75,7 @@ TaskStorage::ErrorType TaskStorage::init()
     m_groups.clear();
     m_groupOrder.clear();
     m_tasks = TaskTable();
+    m_realPath = PathHelper::realPath(m_path);
     const EEntry entry = entryAt(m_path);
     if (entry != EEntry::missing) {
         const ErrorType error = entry == EEntry::file ? _load() : ReadFailure;
@@ -83,14 +90,22 @@ TaskStorage::ErrorType TaskStorage::init()
     _createMissingGroup(ms_completedId, u"Completed"_s);
     m_modification = intact ? 0 : 1;
     m_commiter = std::make_unique<TaskStorageCommiter>(this, m_commitInterval);
-    m_commiter->start();
+    m_commiter->setBackups(m_backups);
+    _startCommiter();
     return NoError;
+}
+
+/// Tries again every interval until the system has a thread to give.
+void TaskStorage::_startCommiter()
+{
+    if (m_commiter && !m_commiter->isRunning() && !m_commiter->begin())
+        QTimer::singleShot(m_commitInterval, this, &TaskStorage::_startCommiter);
 }
 
 TaskStorage::ErrorType TaskStorage::_load()
 {
     const CClock clock;
-    QFile file(m_path);
+    QFile file(m_realPath);
     if (!file.open(QIODevice::ReadOnly))
         return ReadFailure;
     TaskStorageReader reader(this);
@@ -139,8 +154,40 @@ void TaskStorage::commitDataRequest(QSessionManager& /*manager*/)
 
 void TaskStorage::saveStateRequest()
 {
-    if (m_commiter && modification() != m_commiter->lastCommitted())
+    if (m_commiter && modification() != m_commiter->lastSaved())
         m_commiter->forcedCommit();
+}
+
+void TaskStorage::setBackups(bool enabled)
+{
+    m_backups = enabled;
+    if (m_commiter)
+        m_commiter->setBackups(enabled);
+}
+
+QString TaskStorage::backupFolder() const
+{
+    return QFileInfo(m_path).absolutePath() + u"/backups"_s;
+}
+
+void TaskStorage::saveNow()
+{
+    if (m_commiter)
+        m_commiter->tryNow();
+}
+
+SafeWriteResult TaskStorage::saveCopy(const QString& path) const
+{
+    TaskStorageSnapsot snapshot;
+    takeSnapshot(snapshot);
+    return writeFileSafely(path, EFileAccess::userOnly, [&snapshot](QIODevice& device) {
+        return TaskStorageWriter().write(&device, snapshot);
+    });
+}
+
+CommitFailure TaskStorage::commitFailure() const
+{
+    return m_commiter ? m_commiter->failure() : CommitFailure();
 }
 
 qint32 TaskStorage::modification() const

@@ -1,6 +1,7 @@
 // The one in-memory database of tasks and groups.
 #pragma once
 
+#include "taskdb/CommitFailure.h"
 #include "taskdb/FocusGroup.h"
 #include "taskdb/TaskTable.h"
 
@@ -12,6 +13,7 @@
 #include <memory>
 
 class QSessionManager;
+struct SafeWriteResult;
 class TaskStorageCommiter;
 class TaskStorageSnapsot;
 
@@ -42,20 +44,33 @@ public:
     ~TaskStorage() override;
     Q_DISABLE_COPY_MOVE(TaskStorage)
 
-    /// Loads the database and starts the commit thread; a missing file starts empty. After a
-    /// failure nothing is ever written. What the store held before is written first, then dropped.
+    /// Loads the database and starts the commit thread; a missing file starts empty, unless it may
+    /// lie where a link leads nowhere. After a failure nothing is ever written. What the store held
+    /// before is written first, then dropped.
     [[nodiscard]] ErrorType init();
     /// How long the store must be still before it is written, in milliseconds; 60000 unless set.
     /// Takes effect at init().
     void setCommitInterval(int milliseconds) { m_commitInterval = milliseconds; }
+    /// Whether dated backups are made; they are unless set. Takes effect at the next commit.
+    void setBackups(bool enabled);
 
     /// The desktop session is ending: writes the database at once.
     void commitDataRequest(QSessionManager& manager);
     /// The session manager wants the state saved, as it does at every log-in: writes the database
-    /// at once if it changed since the last commit.
+    /// at once if it changed since the last commit that succeeded.
     void saveStateRequest();
+    /// The user cannot wait for the next attempt: has unsaved changes written at once. The outcome
+    /// comes by commitStateChanged(), if the user has been told of a failure.
+    void saveNow();
+    /// Writes the present state to another file, in the calling thread.
+    [[nodiscard]] SafeWriteResult saveCopy(const QString& path) const;
+    /// What commitStateChanged() told last.
+    [[nodiscard]] CommitFailure commitFailure() const;
 
-    [[nodiscard]] const QString& databasePath() const { return m_path; }
+    /// The file that is read and written, links followed as they led at init().
+    [[nodiscard]] const QString& databasePath() const { return m_realPath; }
+    /// Where dated backups lie; made with the first of them.
+    [[nodiscard]] QString backupFolder() const;
     /// Counts every change; wraps from 2147483647 to 0.
     [[nodiscard]] qint32 modification() const;
     /// Counts one change, for callers that hold the lock.
@@ -115,11 +130,15 @@ Q_SIGNALS:
     void taskChanged(const TodoTask::Id& taskId);
     /// A group's membership changed.
     void groupChanged(const FocusGroup::Id& groupId);
+    /// Changes have failed to be written more than once in a row, once more, or, with the cause
+    /// "none", no longer. Comes from any thread, without the lock.
+    void commitStateChanged(const CommitFailure& failure);
 
 private:
     friend class TaskStorageCommiter;
 
     [[nodiscard]] ErrorType _load();
+    void _startCommiter();
     bool _validate();
     void _createMissingGroup(const FocusGroup::Id& id, const QString& name);
     [[nodiscard]] QList<FocusGroup::Id> _groupIds() const;
@@ -128,11 +147,13 @@ private:
     void _removeFromAllGroups(const TodoTask::Id& taskId);
 
     QString m_path;
+    QString m_realPath;
     mutable QRecursiveMutex m_lock;
     qint32 m_modification = 0;
     QHash<FocusGroup::Id, FocusGroup> m_groups;
     QList<FocusGroup::Id> m_groupOrder;
     TaskTable m_tasks;
     int m_commitInterval = 60000;
+    bool m_backups = true;
     std::unique_ptr<TaskStorageCommiter> m_commiter;
 };

@@ -21,6 +21,7 @@ constexpr auto groupPanelWidthKey = "general.group_panel_width"_L1;
 constexpr auto openWindowOnStartupKey = "general.open_window_on_startup"_L1;
 constexpr auto runOnSystemStartupKey = "general.run_on_system_startup"_L1;
 constexpr auto showNotificationsKey = "general.show_notifications"_L1;
+constexpr auto backupsKey = "general.backups"_L1;
 constexpr auto uiLanguageKey = "general.ui_language"_L1;
 constexpr auto versionKey = "version"_L1;
 
@@ -48,6 +49,7 @@ bool ProgramSettings::load(const QString& path)
     showNotifications = file.value(showNotificationsKey, true).toBool();
     uiLanguage = file.value(uiLanguageKey, fallbackLanguage).toString();
     version = file.value(versionKey, QString()).toString();
+    backups = file.value(backupsKey, true).toBool();
     return true;
 }
 
@@ -62,6 +64,9 @@ void ProgramSettings::save(const QString& path) const
     file.setValue(showNotificationsKey, showNotifications);
     file.setValue(uiLanguageKey, uiLanguage);
     file.setValue(versionKey, ProductHelper::productVersion().toString());
+    // Who never asked for anything else finds no trace of it.
+    if (!backups || file.contains(backupsKey))
+        file.setValue(backupsKey, backups);
 }
 
 void ProgramSettings::resetToDefaults()
@@ -75,6 +80,7 @@ void ProgramSettings::resetToDefaults()
     dateFormat = QLocale::system().dateFormat(QLocale::ShortFormat);
     uiLanguage.clear();
     version.clear();
+    backups = true;
 }
 
 void ProgramSettings::upgradeSettings()

@@ -35,4 +35,5 @@ public:
     QString dateFormat; ///< the system's short one, as QLocale writes formats; never stored
     QString uiLanguage; ///< a locale id such as "en_US"; empty after a reset
     QString version;    ///< of the program that wrote the file; empty if unknown
+    bool backups;       ///< whether dated backups of the database are made
 };
