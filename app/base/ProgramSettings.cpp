@@ -4,6 +4,7 @@
 #include "app/base/Platform.h"
 #include "app/base/ProductHelper.h"
 
+#include <QFile>
 #include <QLocale>
 #include <QSettings>
 
@@ -55,6 +56,7 @@ bool ProgramSettings::load(const QString& path)
 
 void ProgramSettings::save(const QString& path) const
 {
+    const bool isNew = !QFile::exists(path);
     QSettings file(path, QSettings::IniFormat);
     file.setValue(compactViewKey, compactView);
     file.setValue(mainWindowFrameKey, mainWindowFrame);
@@ -67,6 +69,10 @@ void ProgramSettings::save(const QString& path) const
     // Who never asked for anything else finds no trace of it.
     if (!backups || file.contains(backupsKey))
         file.setValue(backupsKey, backups);
+    file.sync();
+    // The library leaves that to the umask.
+    if (isNew)
+        QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner);
 }
 
 void ProgramSettings::resetToDefaults()

@@ -17,7 +17,8 @@ public:
     /// unreadable file counts as an empty one. Leaves dateFormat alone.
     bool load(const QString& path);
 
-    /// Writes the file in place, with the running version as its version. Failures stay silent.
+    /// Writes the file in place, with the running version as its version; a new one is for this
+    /// user only. Failures stay silent.
     void save(const QString& path) const;
 
     void resetToDefaults();
