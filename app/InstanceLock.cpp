@@ -1,6 +1,7 @@
 #include "app/InstanceLock.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <array>
 #include <cerrno>
@@ -8,43 +9,69 @@
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace {
+
 constexpr mode_t userOnly = S_IRUSR | S_IWUSR;
+
+InstanceLock::EState tryFlock(int descriptor, int operation)
+{
+    int result = -1;
+    do {
+        result = ::flock(descriptor, operation | LOCK_NB);
+    } while (result != 0 && errno == EINTR);
+    if (result == 0)
+        return InstanceLock::EState::held;
+    return errno == EWOULDBLOCK ? InstanceLock::EState::busy : InstanceLock::EState::unavailable;
 }
 
-InstanceLock::InstanceLock(const QString& path)
+void closeIfOpen(int& descriptor)
+{
+    if (descriptor >= 0)
+        ::close(std::exchange(descriptor, -1));
+}
+
+} // namespace
+
+InstanceLock::InstanceLock(const QString& path, EFolder folder)
     : m_path(path)
+    , m_folderMode(folder)
 {
 }
 
 InstanceLock::~InstanceLock()
 {
-    if (m_file >= 0)
-        ::close(m_file);
+    closeIfOpen(m_file);
+    closeIfOpen(m_folder);
 }
 
 InstanceLock::EState InstanceLock::tryLock()
 {
     if (m_held)
         return EState::held;
-    if (!_open())
-        return EState::unavailable;
-    int result = -1;
-    do {
-        result = ::flock(m_file, LOCK_EX | LOCK_NB);
-    } while (result != 0 && errno == EINTR);
-    if (result != 0)
-        return errno == EWOULDBLOCK ? EState::busy : EState::unavailable;
-    m_held = true;
-    ::fchmod(m_file, userOnly);
+    const EState file = _tryFile();
+    // Whoever has no file takes the folder for itself, which no holder of a file lets it have.
+    const bool isShared = m_folderMode == EFolder::shared && file == EState::held;
+    const EState folder =
+        file == EState::busy ? EState::busy : _tryFolder(isShared ? LOCK_SH : LOCK_EX);
+    if (folder == EState::busy) {
+        // Half a lock would keep the others out for nothing.
+        if (file == EState::held)
+            ::flock(m_file, LOCK_UN);
+        return EState::busy;
+    }
+    m_fileHeld = file == EState::held;
+    m_held = m_fileHeld || folder == EState::held;
+    if (m_fileHeld)
+        ::fchmod(m_file, userOnly);
     publish({});
-    return EState::held;
+    return m_held ? EState::held : EState::unavailable;
 }
 
 void InstanceLock::publish(const QString& address)
 {
-    if (!m_held || ::ftruncate(m_file, 0) != 0 || address.isEmpty())
+    if (!m_fileHeld || ::ftruncate(m_file, 0) != 0 || address.isEmpty())
         return;
     const QByteArray line = QFile::encodeName(address) + '\n';
     // A line that is cut short lacks its line feed, and counts as none.
@@ -62,11 +89,21 @@ QString InstanceLock::address() const
     return line.endsWith('\n') ? QFile::decodeName(line.chopped(1)) : QString();
 }
 
-bool InstanceLock::_open()
+InstanceLock::EState InstanceLock::_tryFile()
 {
-    if (m_file >= 0)
-        return true;
-    m_file = ::open(QFile::encodeName(m_path).constData(),
-                    O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, userOnly);
-    return m_file >= 0;
+    if (m_file < 0) {
+        m_file = ::open(QFile::encodeName(m_path).constData(),
+                        O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, userOnly);
+    }
+    return m_file < 0 ? EState::unavailable : tryFlock(m_file, LOCK_EX);
+}
+
+InstanceLock::EState InstanceLock::_tryFolder(int operation)
+{
+    if (m_folder < 0) {
+        const QString folder = QFileInfo(m_path).absolutePath();
+        m_folder =
+            ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    }
+    return m_folder < 0 ? EState::unavailable : tryFlock(m_folder, operation);
 }

@@ -3,9 +3,11 @@
 
 #include <QString>
 
-/// An advisory lock on a file, held by the kernel for as long as the process lives: it cannot be
-/// left behind by a kill or a power cut. The file carries the holder's address and is never
-/// deleted, or two copies could each lock a file of that name.
+/// An advisory lock, held by the kernel for as long as the process lives: it cannot be left behind
+/// by a kill or a power cut. It is on a file and on the folder of that file at once, since the file
+/// may be beyond our reach or be deleted, and since not every file system locks folders. The file
+/// carries the holder's address; we never delete it, or two copies could each lock a file of that
+/// name.
 class InstanceLock
 {
 public:
@@ -16,8 +18,14 @@ public:
         unavailable, ///< no lock can be had in this place
     };
 
+    enum class EFolder
+    {
+        exclusive, ///< one copy per folder
+        shared,    ///< one copy per file; several of such files may lie in the folder
+    };
+
     /// `path`: the lock file, made when missing, for this user only.
-    explicit InstanceLock(const QString& path);
+    InstanceLock(const QString& path, EFolder folder);
     ~InstanceLock();
     Q_DISABLE_COPY_MOVE(InstanceLock)
 
@@ -26,13 +34,17 @@ public:
 
     /// For the holder: leaves its address for the others. Empty takes it back.
     void publish(const QString& address);
-    /// What the holder has published; empty when that is nothing.
+    /// What the holder has published; empty when that is nothing, or cannot be read.
     [[nodiscard]] QString address() const;
 
 private:
-    [[nodiscard]] bool _open();
+    [[nodiscard]] EState _tryFile();
+    [[nodiscard]] EState _tryFolder(int operation);
 
     QString m_path;
+    EFolder m_folderMode;
     int m_file = -1;
+    int m_folder = -1;
     bool m_held = false;
+    bool m_fileHeld = false;
 };

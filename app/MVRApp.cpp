@@ -22,6 +22,7 @@ boost::shared_ptr<TaskStorage> loadedStorage()
 MVRApp::MVRApp(const QString& id, int& argc, char** argv)
     : QtSingleApplication(id, argc, argv, PathHelper::getPath(PathHelper::UserDataFolder, true))
 {
+    guard(PathHelper::realPath(PathHelper::databaseFile()));
     // Direct: the session manager takes the return from the signal as the end of saving.
     connect(this, &QGuiApplication::commitDataRequest, this, &MVRApp::commitData,
             Qt::DirectConnection);

@@ -54,6 +54,7 @@ QtSingleApplication::QtSingleApplication(const QString& id, int& argc, char** ar
     , m_id(id)
     , m_folder(folder)
 {
+    _addLock(folder, id, InstanceLock::EFolder::exclusive);
     // Whoever is started from now on waits for the lock, to be the next first copy.
     connect(this, &QCoreApplication::aboutToQuit, this, &QtSingleApplication::_stopListening);
 }
@@ -125,19 +126,46 @@ void QtSingleApplication::activateWindow()
     m_activationWindow->activateWindow();
 }
 
+void QtSingleApplication::_addLock(const QString& folder, const QString& id,
+                                   InstanceLock::EFolder mode)
+{
+    m_locks.push_back(
+        std::make_unique<InstanceLock>(QDir(folder).filePath(hashed(id) + u".lock"), mode));
+}
+
+void QtSingleApplication::guard(const QString& file)
+{
+    const QFileInfo info(file);
+    if (info.absolutePath() == QFileInfo(m_folder).canonicalFilePath())
+        return;
+    // The copy that has that folder for its own locks it under the bare id.
+    const bool isOwn = info.fileName() == "database.xml"_L1;
+    _addLock(info.absolutePath(), isOwn ? m_id : m_id + u'\n' + info.fileName(),
+             InstanceLock::EFolder::shared);
+}
+
+/// Takes all locks, or finds the one that another copy holds.
 InstanceLock::EState QtSingleApplication::_tryLock()
 {
-    if (m_lock)
-        return m_lock->tryLock();
-    m_lock = std::make_unique<InstanceLock>(QDir(m_folder).filePath(hashed(m_id) + u".lock"));
-    InstanceLock::EState state = m_lock->tryLock();
-    if (state == InstanceLock::EState::unavailable) {
-        m_lock = std::make_unique<InstanceLock>(_runtimePath(u".lock"_s));
-        state = m_lock->tryLock();
+    for (const auto& lock : m_locks) {
+        const InstanceLock::EState state = lock->tryLock();
+        if (state == InstanceLock::EState::busy)
+            m_busyLock = lock.get();
+        if (state != InstanceLock::EState::held)
+            return state;
     }
-    if (state == InstanceLock::EState::unavailable)
-        m_lock.reset();
-    return state;
+    return InstanceLock::EState::held;
+}
+
+void QtSingleApplication::_publish(const QString& address)
+{
+    for (const auto& lock : m_locks)
+        lock->publish(address);
+}
+
+QString QtSingleApplication::_socketPath() const
+{
+    return QDir(m_folder).absoluteFilePath(hashed(m_id) + u".socket");
 }
 
 /// A path in the user's runtime folder for this id and data folder; empty without such a folder.
@@ -159,9 +187,8 @@ void QtSingleApplication::_listen()
     m_server->setSocketOptions(QLocalServer::UserAccessOption);
     connect(m_server.get(), &QLocalServer::newConnection, this,
             &QtSingleApplication::_onNewConnection);
-    const QString inFolder = QDir(m_folder).absoluteFilePath(hashed(m_id) + u".socket");
-    if (_listenAt(inFolder) || _listenAt(_runtimePath(u".socket"_s)))
-        m_lock->publish(m_server->fullServerName());
+    if (_listenAt(_socketPath()) || _listenAt(_runtimePath(u".socket"_s)))
+        _publish(m_server->fullServerName());
 }
 
 bool QtSingleApplication::_listenAt(const QString& path)
@@ -177,17 +204,32 @@ void QtSingleApplication::_stopListening()
 {
     if (!m_server)
         return;
-    m_lock->publish({});
+    _publish({});
     m_server->close();
 }
 
 bool QtSingleApplication::_connect(QLocalSocket& socket, const QDeadlineTimer& deadline) const
 {
-    const QString address = m_lock ? m_lock->address() : QString();
-    if (address.isEmpty())
-        return false;
-    socket.connectToServer(address);
-    return socket.waitForConnected(remainingMs(deadline));
+    for (const QString& address : _addresses()) {
+        socket.connectToServer(address);
+        if (socket.waitForConnected(remainingMs(deadline)))
+            return true;
+    }
+    return false;
+}
+
+/// Where the other copy may be listening. A lock file that cannot be read does not tell.
+QStringList QtSingleApplication::_addresses() const
+{
+    const QString published = m_busyLock ? m_busyLock->address() : QString();
+    if (!published.isEmpty())
+        return {published};
+    QStringList guessed;
+    for (const QString& path : {_socketPath(), _runtimePath(u".socket"_s)}) {
+        if (QFileInfo::exists(path) && fitsSocketAddress(path))
+            guessed += path;
+    }
+    return guessed;
 }
 
 void QtSingleApplication::_onNewConnection()

@@ -7,13 +7,15 @@
 #include <QPointer>
 
 #include <memory>
+#include <vector>
 
 class QDeadlineTimer;
 class QLocalServer;
 class QLocalSocket;
 
 /// The first copy holds a lock in the data folder and listens on a socket, which later copies
-/// send a message to. No other user can reach it. Interface thread.
+/// send a message to. No other user can reach it. Without a lock there is no telling who is first:
+/// such a copy must not go on. Interface thread.
 class QtSingleApplication : public QApplication
 {
     Q_OBJECT
@@ -26,9 +28,17 @@ public:
     ~QtSingleApplication() override;
     Q_DISABLE_COPY_MOVE(QtSingleApplication)
 
-    /// Whether another copy runs. If not, this one is the first from now on. Waits for up to five
-    /// seconds for a copy that is just starting or ending.
+    /// Has one copy run per this file, too, if it lies in another folder: the data folders of
+    /// several copies may lead to it. To be called before isRunning().
+    void guard(const QString& file);
+
+    /// Whether another copy runs. If not, and a lock could be had, this one is the first from now
+    /// on. Waits for up to five seconds for a copy that is just starting or ending.
     [[nodiscard]] bool isRunning();
+
+    /// Whether isRunning() made this copy the first one. If it found no other copy either, nothing
+    /// can be locked.
+    [[nodiscard]] bool isFirst() const { return m_server != nullptr; }
 
     /// Sends `message` to the copy that isRunning() found, and waits for its receipt, for up to
     /// `timeoutMs` milliseconds in all. At most 65536 bytes of UTF-8 are sent. Returns whether the
@@ -46,18 +56,23 @@ Q_SIGNALS:
     void messageReceived(const QString& message);
 
 private:
+    void _addLock(const QString& folder, const QString& id, InstanceLock::EFolder mode);
     [[nodiscard]] InstanceLock::EState _tryLock();
+    void _publish(const QString& address);
+    [[nodiscard]] QString _socketPath() const;
     [[nodiscard]] QString _runtimePath(const QString& suffix) const;
     void _listen();
     bool _listenAt(const QString& path);
     void _stopListening();
     bool _connect(QLocalSocket& socket, const QDeadlineTimer& deadline) const;
+    [[nodiscard]] QStringList _addresses() const;
     void _onNewConnection();
     void _receive(QLocalSocket* client);
 
     QString m_id;
     QString m_folder;
-    std::unique_ptr<InstanceLock> m_lock;
+    std::vector<std::unique_ptr<InstanceLock>> m_locks;
+    InstanceLock* m_busyLock = nullptr;
     std::unique_ptr<QLocalServer> m_server;
     QPointer<QWidget> m_activationWindow;
 };

@@ -1,6 +1,7 @@
 #include "app/StartupRefusal.h"
 
 #include "app/base/LogHelper.h"
+#include "app/base/PathHelper.h"
 #include "app/base/ProductHelper.h"
 #include "app/base/Prompt.h"
 
@@ -8,14 +9,28 @@ using namespace Qt::StringLiterals;
 
 void StartupRefusal::show(TaskStorage::ErrorType error)
 {
-    dynamic_singleton<logging::LogHelper>::inst().flush();
-
     const QString url = ProductHelper::productUrl();
     const QString shortUrl = QString(url).remove(u"http://"_s);
+    _show(_text(error).arg(ProductHelper::productDisplayName(), url, shortUrl));
+}
+
+void StartupRefusal::showUnlockable()
+{
+    const QString folder = PathHelper::getPath(PathHelper::UserDataFolder, false);
+    _show(tr("<p>%1 cannot use the folder \"%2\": nothing can be locked there, and another copy "
+             "might be running.</p>"
+             "<p>It does not start, so that no task is overwritten. Please make sure that the "
+             "folder exists and that you may read it.</p>")
+              .arg(ProductHelper::productDisplayName(), folder.toHtmlEscaped()));
+}
+
+void StartupRefusal::_show(const QString& text)
+{
+    dynamic_singleton<logging::LogHelper>::inst().flush();
     Prompt::Question box;
     box.icon = QMessageBox::Critical;
     box.title = tr("%1").arg(ProductHelper::productDisplayName());
-    box.text = _text(error).arg(ProductHelper::productDisplayName(), url, shortUrl);
+    box.text = text;
     box.format = Qt::RichText;
     Prompt::ask(nullptr, box);
 }

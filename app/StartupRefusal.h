@@ -5,16 +5,20 @@
 
 #include <QCoreApplication>
 
-/// Shown instead of the main window when the database did not load. Interface thread.
+/// Shown instead of the main window. Interface thread.
 class StartupRefusal
 {
     Q_DECLARE_TR_FUNCTIONS(StartupRefusal)
 
 public:
-    /// Puts the log on the disk, then shows the box and waits for the user. `error`: any but
-    /// NoError.
+    // Each puts the log on the disk, then shows the box and waits for the user.
+
+    /// The database did not load. `error`: any but NoError.
     static void show(TaskStorage::ErrorType error);
+    /// Nothing can be locked in the data folder, so that another copy may be running there.
+    static void showUnlockable();
 
 private:
     [[nodiscard]] static QString _text(TaskStorage::ErrorType error);
+    static void _show(const QString& text);
 };

@@ -104,11 +104,21 @@ void loadSettings()
     if (!QFile::exists(path))
         settings.uiLanguage.clear();
     settings.upgradeSettings();
+    taskStorage().setBackups(settings.backups);
     dynamic_singleton<UserMetrics>::inst().load(PathHelper::metricsFile());
     if (settings.uiLanguage.isEmpty())
         Language::followDesktop();
     else
         Language::loadLanguageSettings();
+}
+
+/// A data folder that is out of reach counts as a database that does not load.
+void refuseUnlockable()
+{
+    if (PathHelper::isCutOff(PathHelper::databaseFile()))
+        StartupRefusal::show(TaskStorage::ReadFailure);
+    else
+        StartupRefusal::showUnlockable();
 }
 
 void destroySingletons()
@@ -148,6 +158,10 @@ int main(int argc, char** argv)
     }
 
     const SignalHandler signalHandler;
+    if (!app->isFirst()) {
+        refuseUnlockable();
+        return 1;
+    }
     fontFinder.findApplicationFont();
     if (!hasLog)
         hasLog = dynamic_singleton<logging::LogHelper>::inst().init(PathHelper::logFile());

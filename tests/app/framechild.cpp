@@ -8,6 +8,7 @@
 #include <QCloseEvent>
 #include <QDialog>
 #include <QFile>
+#include <QFileInfo>
 #include <QHostInfo>
 #include <QSocketNotifier>
 #include <QTemporaryDir>
@@ -50,6 +51,10 @@ int runCopy(QtSingleApplication& app, const QString& message)
     if (app.isRunning()) {
         say(app.sendMessage(message, 5000) ? u"second sent"_s : u"second failed"_s);
         return 0;
+    }
+    if (!app.isFirst()) {
+        say(u"refused"_s);
+        return 1;
     }
     say(u"first"_s);
     QObject::connect(&app, &QtSingleApplication::messageReceived, &app,
@@ -138,5 +143,7 @@ int main(int argc, char** argv)
         return runSignals(argument);
     }
     QtSingleApplication app(u"test-copy"_s, argc, argv, argument);
+    if (argc > 3)
+        app.guard(QFileInfo(QString::fromLocal8Bit(argv[3])).canonicalFilePath());
     return runCopy(app, mode);
 }

@@ -259,12 +259,66 @@ private Q_SLOTS:
         const QString folder = root.filePath(u"file"_s);
         QFile file(folder);
         QVERIFY(file.open(QIODevice::WriteOnly));
-        const auto first = startFirst(folder);
-        const auto second = startCopy(folder);
-        QCOMPARE(role(*second), u"second sent"_s);
+        const auto copy = startCopy(folder);
+        QCOMPARE(role(*copy), u"refused"_s);
+    }
 
-        const auto lonely = startCopy(folder, u"show"_s, folder);
-        QCOMPARE(role(*lonely), u"first"_s);
+    void lockFileThatCannotBeUsed_data()
+    {
+        QTest::addColumn<bool>("before");
+        QTest::addColumn<bool>("replaced");
+        QTest::newRow("by the first copy") << true << true;
+        QTest::newRow("by the second one") << false << true;
+        QTest::newRow("because it was deleted") << false << false;
+    }
+    /// Whichever runtime folder they have.
+    void lockFileThatCannotBeUsed()
+    {
+        QFETCH(const bool, before);
+        QFETCH(const bool, replaced);
+        const QTemporaryDir folder;
+        const QTemporaryDir otherRuntime;
+        startFirst(folder.path());
+        const QString path = fileEndingIn(u".lock"_s, folder.path());
+        const auto replace = [&] {
+            QVERIFY(QFile::remove(path));
+            QVERIFY(!replaced || QDir().mkdir(path));
+        };
+        if (before)
+            replace();
+        const auto first = startFirst(folder.path());
+        if (!before)
+            replace();
+        const auto second = startCopy(folder.path(), u"show"_s, otherRuntime.path());
+        QCOMPARE(role(*second), u"second sent"_s);
+    }
+
+    void oneCopyPerFileThroughAnyLink()
+    {
+        const QTemporaryDir root;
+        const QDir dir(root.path());
+        const auto start = [&dir](const QString& folder, const QString& file) {
+            const QString link = dir.filePath(folder + u"/database.xml"_s);
+            if (!dir.exists(folder)) {
+                dir.mkdir(folder);
+                QFile::link(dir.filePath(file), link);
+            }
+            auto child =
+                std::make_unique<Child>(QStringList{u"show"_s, dir.filePath(folder), link});
+            child->start();
+            return child;
+        };
+        QVERIFY(dir.mkdir(u"real"_s));
+        std::vector<std::unique_ptr<Child>> firsts;
+        for (const QString& name : {u"database.xml"_s, u"tasks.xml"_s}) {
+            QFile file(dir.filePath(u"real/"_s + name));
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            firsts.push_back(start(name + u"-1"_s, u"real/"_s + name));
+            QCOMPARE(role(*firsts.back()), u"first"_s);
+            const auto second = start(name + u"-2"_s, u"real/"_s + name);
+            QCOMPARE(role(*second), u"second sent"_s);
+            QCOMPARE(firsts.back()->line(), u"message show"_s);
+        }
     }
 
 private:
