@@ -25,6 +25,7 @@ QString Prompt::askSaveFile(QWidget* parent, const SaveQuestion& question)
         return presetSaveAnswerer(question);
     QFileDialog dialog(parent, question.caption, question.folder, question.filter);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.selectFile(question.name);
     if (parent)
         dialog.setWindowModality(Qt::WindowModal);
     return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().constFirst() : QString();

@@ -26,6 +26,7 @@ public:
         QString caption;
         QString folder; ///< where the dialog starts
         QString filter; ///< as QFileDialog takes it
+        QString name{}; ///< offered for the file; may be empty
     };
     using SaveAnswerer = std::function<QString(const SaveQuestion&)>;
 

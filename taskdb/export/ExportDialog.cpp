@@ -1,19 +1,16 @@
 #include "taskdb/export/ExportDialog.h"
 
-#include "app/base/ProductHelper.h"
-#include "app/base/Prompt.h"
 #include "app/core/GroupName.h"
 #include "app/core/TaskCore.h"
 #include "taskdb/ExportText.h"
 #include "taskdb/TaskStorageSnapsot.h"
+#include "ui/controls/ChosenFile.h"
 #include "ui/controls/FancyScrollbar.h"
 #include "ui/controls/StyleHelper.h"
 #include "ui/icons/IconsHelper.h"
 
 #include <QDesktopServices>
 #include <QDir>
-#include <QFile>
-#include <QFileInfo>
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
@@ -253,29 +250,20 @@ void ExportDialog::_updateButtons()
 void ExportDialog::accept()
 {
     const QString path =
-        Prompt::askSaveFile(this, {tr("Export to"), QDir::homePath(), tr("Text files (*.txt)")});
+        ChosenFile::write(this, {tr("Export to"), QDir::homePath(), tr("Text files (*.txt)")},
+                          [this](const QString& chosen) { return _write(chosen); });
     if (path.isEmpty())
         return;
-    QFile file(path);
-    // Opening a pipe would wait for a reader.
-    const bool isOdd = file.exists() && !QFileInfo(path).isFile();
-    if (isOdd || !file.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
-        _reportUnwritable(path);
-        return;
-    }
-    TaskStorageSnapsot snapshot(true);
-    taskStorage().takeSnapshot(snapshot);
-    writeExportText(file, snapshot, selectedGroups());
-    file.close();
     QDesktopServices::openUrl(QUrl::fromLocalFile(path));
     SingleDialog::accept();
 }
 
-void ExportDialog::_reportUnwritable(const QString& path)
+SafeWriteResult ExportDialog::_write(const QString& path) const
 {
-    Prompt::Question box;
-    box.icon = QMessageBox::Critical;
-    box.title = ProductHelper::productDisplayName();
-    box.text = tr("Failed to open file \"%1\" for writing.").arg(path);
-    Prompt::ask(this, box);
+    TaskStorageSnapsot snapshot(true);
+    taskStorage().takeSnapshot(snapshot);
+    return writeFileSafely(path, EFileAccess::umask, [&](QIODevice& device) {
+        writeExportText(device, snapshot, selectedGroups());
+        return true;
+    });
 }

@@ -1,6 +1,7 @@
 // The dialog that exports groups of tasks as a text file.
 #pragma once
 
+#include "app/base/CSafeFileUpdate.h"
 #include "app/language/SingleDialog.h"
 #include "taskdb/FocusGroup.h"
 
@@ -29,7 +30,7 @@ public:
 
 public Q_SLOTS:
     /// Asks for the file, writes it and has the desktop open it. The dialog stays open when the
-    /// user cancels or the file cannot be opened.
+    /// user cancels or the file cannot be written.
     void accept() override;
 
 private Q_SLOTS:
@@ -46,7 +47,7 @@ private:
     void _retranslateGroups();
     void _setAll(Qt::CheckState state);
     void _updateButtons();
-    void _reportUnwritable(const QString& path);
+    [[nodiscard]] SafeWriteResult _write(const QString& path) const;
 
     QLabel* m_headerLabel = nullptr;
     QListWidget* m_groupList = nullptr;

@@ -4,6 +4,7 @@
 #include "app/base/dynamic_singleton.h"
 #include "app/core/TaskCore.h"
 #include "taskdb/export/ExportDialog.h"
+#include "tests/support/DiskFaults.h"
 #include "tests/support/LogWatch.h"
 #include "tests/support/TemporaryHome.h"
 
@@ -15,6 +16,7 @@
 #include <QTest>
 #include <QUrl>
 
+#include <cerrno>
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -127,17 +129,41 @@ private Q_SLOTS:
         QTRY_VERIFY(!dialog());
     }
 
+    void staysOpenWithoutAFile_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("cancelled") << QString() << QString();
+        QTest::newRow("no folder")
+            << u"no such folder/%1.txt"_s << u"Failed to open file \"%1\" for writing."_s;
+        QTest::newRow("disk full") << u"old.txt"_s
+                                   << u"Failed to write the file \"%1\". Nothing was changed."
+                                      "\n\nThere is no room left on the disk."_s;
+        QTest::newRow("the program's own")
+            << u".Mivora/User Data/database.xml.bak"_s
+            << u"The file \"%1\" belongs to Mivora itself. Please choose another one."_s;
+    }
     void staysOpenWithoutAFile()
     {
+        QFETCH(const QString, name);
+        QFETCH(const QString, message);
+        for (const QString& kept : {u"old.txt"_s, u".Mivora/User Data/database.xml.bak"_s}) {
+            QFile file(m_home->filePath(kept));
+            QVERIFY(file.open(QIODevice::WriteOnly) && file.write("kept") == 4);
+        }
+        m_path = name.isEmpty() ? QString() : m_home->filePath(name);
+        DiskFaults::failWritesAfter(5, ENOSPC, "old.txt");
         ExportDialog::showMe(nullptr, m_work);
         button(u"Export"_s)->click();
-        QCOMPARE(m_messages.size(), 0);
-        m_path = m_home->filePath(u"no such folder/%1.txt"_s);
-        button(u"Export"_s)->click();
-        QCOMPARE(m_messages.size(), 1);
-        QCOMPARE(m_messages.first().icon, QMessageBox::Critical);
-        QCOMPARE(m_messages.first().title, ProductHelper::productDisplayName());
-        QCOMPARE(m_messages.first().text, u"Failed to open file \"%1\" for writing."_s.arg(m_path));
+        DiskFaults::reset();
+        QCOMPARE(m_messages.size(), message.isEmpty() ? 0 : 1);
+        if (!message.isEmpty()) {
+            QCOMPARE(m_messages.first().icon, QMessageBox::Critical);
+            QCOMPARE(m_messages.first().title, ProductHelper::productDisplayName());
+            QCOMPARE(m_messages.first().text, message.arg(m_path));
+        }
+        QFile file(m_path);
+        QVERIFY(!file.open(QIODevice::ReadOnly) || file.readAll() == "kept");
         QCOMPARE(m_opened.size(), 0);
         QVERIFY(dialog()->isVisible());
         QCOMPARE(state(), u"-x... all none export"_s);
