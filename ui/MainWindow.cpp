@@ -3,9 +3,11 @@
 #include "app/base/ProductHelper.h"
 #include "app/base/ProgramSettings.h"
 #include "app/base/dynamic_singleton.h"
+#include "app/core/TaskCore.h"
 #include "taskdb/TaskStorage.h"
 #include "taskdb/export/ExportDialog.h"
 #include "ui/ActionsHelper.h"
+#include "ui/CommitStrip.h"
 #include "ui/FocusGroupListWidget.h"
 #include "ui/Shortcuts.h"
 #include "ui/TaskListWidget.h"
@@ -52,6 +54,7 @@ MainWindow::MainWindow(QWidget* parent)
     _createLayout();
     _connectActions();
     _addShortcuts();
+    _watchCommits();
     MainWindow::retranslateUI();
     _restoreGeometry();
     _setView(settings().compactView, true);
@@ -102,6 +105,17 @@ void MainWindow::_connectActions()
     connect(m_groupList, &FocusGroupListWidget::changed, this, &MainWindow::_onGroupChanged);
     connect(m_taskList, &TaskListWidget::highlightGroups, m_groupList,
             &FocusGroupListWidget::_onHighlightGroups);
+}
+
+/// Queued: the store tells from its own thread, and nothing is shown before the program is up.
+void MainWindow::_watchCommits()
+{
+    TaskStorage* storage = &taskStorage();
+    connect(storage, &TaskStorage::commitStateChanged, this, &MainWindow::_onCommitStateChanged,
+            Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        this, [this, storage] { _onCommitStateChanged(storage->commitFailure()); },
+        Qt::QueuedConnection);
 }
 
 /// Keys for the whole window, since the shared actions have none: those belong to the task list.
@@ -277,6 +291,35 @@ void MainWindow::_onGroupChanged(const FocusGroup::Id& id)
         return;
     m_taskList->updateGroup();
     m_taskList->setFocus(Qt::OtherFocusReason);
+}
+
+/// Shows the strip above the toolbar, or takes it away; neither moves the focus or the tasks.
+void MainWindow::_onCommitStateChanged(const CommitFailure& failure)
+{
+    if (failure.cause == CommitFailure::none) {
+        _removeCommitStrip();
+        return;
+    }
+    if (!m_commitStrip) {
+        m_commitStrip = new CommitStrip(m_rightPane);
+        m_commitStrip->setFailure(failure);
+        auto* layout = static_cast<QBoxLayout*>(m_rightPane->layout());
+        layout->insertWidget(layout->indexOf(m_toolbar), m_commitStrip);
+        setTabOrder(m_taskList, m_commitStrip);
+        return;
+    }
+    m_commitStrip->setFailure(failure);
+}
+
+void MainWindow::_removeCommitStrip()
+{
+    if (!m_commitStrip)
+        return;
+    if (m_commitStrip->isAncestorOf(QApplication::focusWidget()))
+        m_taskList->setFocus(Qt::OtherFocusReason);
+    m_commitStrip->hide();
+    m_commitStrip->deleteLater();
+    m_commitStrip = nullptr;
 }
 
 void MainWindow::moveEvent(QMoveEvent* event)

@@ -6,11 +6,13 @@
 
 #include <QPointer>
 
+class CommitStrip;
 class FancySplitter;
 class FocusGroupListWidget;
 class QPropertyAnimation;
 class TaskListWidget;
 class TrayIcon;
+struct CommitFailure;
 
 /// The group panel on the left and, on the right, the task list above its toolbar; in the compact
 /// view the right side covers all. Closing only hides it. Place and view lie in the settings.
@@ -57,10 +59,13 @@ private Q_SLOTS:
     void _onSwitchView();
     void _onGroupSelected(const FocusGroup::Id& id);
     void _onGroupChanged(const FocusGroup::Id& id);
+    void _onCommitStateChanged(const CommitFailure& failure);
 
 private:
     void _createLayout();
     void _connectActions();
+    void _watchCommits();
+    void _removeCommitStrip();
     void _addShortcuts();
     void _restoreGeometry();
     void _setView(bool compact, bool immediate);
@@ -73,6 +78,7 @@ private:
     FancySplitter* m_splitter = nullptr;
     QWidget* m_rightPane = nullptr;
     QPointer<TrayIcon> m_trayIcon;
+    QPointer<CommitStrip> m_commitStrip; // only while changes cannot be saved
     QWidget* m_toolbar = nullptr;
     QPropertyAnimation* m_animation = nullptr;
 };

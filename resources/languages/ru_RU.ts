@@ -75,6 +75,80 @@
     </message>
 </context>
 <context>
+    <name>ChosenFile</name>
+    <message>
+        <source>The file &quot;%1&quot; belongs to %2 itself. Please choose another one.</source>
+        <translation>Файл «%1» принадлежит самой программе %2. Выберите другой.</translation>
+    </message>
+    <message>
+        <source>Failed to open file &quot;%1&quot; for writing.</source>
+        <translation>Не удалось открыть файл «%1» для записи.</translation>
+    </message>
+    <message>
+        <source>There is no room left on the disk.</source>
+        <translation>На диске не осталось места.</translation>
+    </message>
+    <message>
+        <source>You have no permission to write there.</source>
+        <translation>У вас нет права записи в это место.</translation>
+    </message>
+    <message>
+        <source>The folder is gone.</source>
+        <translation>Папка исчезла.</translation>
+    </message>
+    <message>
+        <source>The disk can only be read.</source>
+        <translation>Диск доступен только для чтения.</translation>
+    </message>
+    <message>
+        <source>The reason is unknown.</source>
+        <translation>Причина неизвестна.</translation>
+    </message>
+    <message>
+        <source>The system says: %1.</source>
+        <translation>Ответ системы: %1.</translation>
+    </message>
+    <message>
+        <source>Failed to write the file &quot;%1&quot;. Nothing was changed.</source>
+        <translation>Не удалось записать файл «%1». Ничего не изменено.</translation>
+    </message>
+</context>
+<context>
+    <name>CommitStrip</name>
+    <message>
+        <source>Try now</source>
+        <translation>Повторить</translation>
+    </message>
+    <message>
+        <source>Save a copy…</source>
+        <translation>Сохранить копию…</translation>
+    </message>
+    <message>
+        <source>Last tried at %1.</source>
+        <translation>Последняя попытка в %1.</translation>
+    </message>
+    <message>
+        <source>Since %1 your changes are saved only when %2 ends.</source>
+        <translation>С %1 изменения сохраняются только при выходе из %2.</translation>
+    </message>
+    <message>
+        <source>Your changes have not been saved since %1.</source>
+        <translation>С %1 изменения не сохраняются.</translation>
+    </message>
+    <message>
+        <source>Save a copy</source>
+        <translation>Сохранить копию</translation>
+    </message>
+    <message>
+        <source>XML files (*.xml)</source>
+        <translation>Файлы XML (*.xml)</translation>
+    </message>
+    <message>
+        <source>The system starts no further thread, which saving needs.</source>
+        <translation>Система не запускает ещё один поток, нужный для сохранения.</translation>
+    </message>
+</context>
+<context>
     <name>DateWidget</name>
     <message>
         <source>Due date</source>
@@ -172,10 +246,6 @@
     <message>
         <source>Text files (*.txt)</source>
         <translation>Текстовые файлы (*.txt)</translation>
-    </message>
-    <message>
-        <source>Failed to open file &quot;%1&quot; for writing.</source>
-        <translation>Не удалось открыть файл «%1» для записи.</translation>
     </message>
 </context>
 <context>
@@ -443,6 +513,10 @@ Quit: %2</source>
     <message>
         <source>&lt;p&gt;Task database failed to load for some reason. %1 can not continue to avoid further database corruption.&lt;/p&gt;&lt;p&gt;Please visit &lt;a href=&quot;%2&quot;&gt;%3&lt;/a&gt; and request help.&lt;/p&gt;</source>
         <translation>&lt;p&gt;Не удалось загрузить базу данных задач. Чтобы не повредить её ещё больше, программа %1 завершит работу.&lt;/p&gt;&lt;p&gt;Обратитесь за помощью на сайт &lt;a href=&quot;%2&quot;&gt;%3&lt;/a&gt;.&lt;/p&gt;</translation>
+    </message>
+    <message>
+        <source>&lt;p&gt;%1 cannot use the folder &quot;%2&quot;: nothing can be locked there, and another copy might be running.&lt;/p&gt;&lt;p&gt;It does not start, so that no task is overwritten. Please make sure that the folder exists and that you may read it.&lt;/p&gt;</source>
+        <translation>&lt;p&gt;%1 не может работать с папкой «%2»: в ней ничего нельзя заблокировать, и не исключено, что запущена другая копия программы.&lt;/p&gt;&lt;p&gt;Чтобы не перезаписать задачи, программа завершит работу. Убедитесь, что папка существует и вам разрешено её читать.&lt;/p&gt;</translation>
     </message>
 </context>
 <context>

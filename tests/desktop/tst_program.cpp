@@ -15,6 +15,7 @@
 #include <csignal>
 #include <memory>
 #include <optional>
+#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 
@@ -134,6 +135,8 @@ private Q_SLOTS:
     void waylandOnly();
     void refusedDatabase_data();
     void refusedDatabase();
+    void refusedFolder_data();
+    void refusedFolder();
     void signalEndsTheRefusal();
     void logThatCannotBeOpened();
     void editsAreOnTheDisk();
@@ -278,10 +281,17 @@ void tst_Program::secondStartRestores()
 void tst_Program::startWithoutDatabase()
 {
     QVERIFY(QDir(m_home->filePath(u".Mivora"_s)).removeRecursively());
+    const mode_t before = ::umask(0);
     startProgram();
+    ::umask(before);
+    press({u"ctrl+n"_s, u"x"_s});
     m_program->signal(SIGTERM);
     QCOMPARE(m_program->exitCode(), 0);
-    QVERIFY(files().contains(u"settings.ini"_s));
+    QCOMPARE(files(),
+             QStringList({u"database.xml"_s, u"log.txt"_s, u"metrics.xml"_s, u"settings.ini"_s}));
+    for (const QString& name : files() + QStringList{QString(), u".."_s}) {
+        QVERIFY2(!(QFile::permissions(file(name)) & QFile::Permissions(0x0077)), qPrintable(name));
+    }
 }
 
 void tst_Program::hiddenStart()
@@ -525,6 +535,26 @@ void tst_Program::refusedDatabase()
     QCOMPARE(files(), QStringList({u"database.xml"_s, u"log.txt"_s}));
 }
 
+void tst_Program::refusedFolder_data()
+{
+    QTest::addColumn<bool>("isLink");
+    QTest::newRow("takes no lock") << false;
+    QTest::newRow("is not mounted") << true;
+}
+
+void tst_Program::refusedFolder()
+{
+    QFETCH(const bool, isLink);
+    const QString folder = m_home->filePath(u".Mivora"_s);
+    QVERIFY(QDir(folder).removeRecursively());
+    QFile inTheWay(folder);
+    QVERIFY(isLink ? QFile::link(u"/nowhere/at/all"_s, folder)
+                   : inTheWay.open(QIODevice::WriteOnly));
+    startProgram();
+    press({u"Return"_s});
+    QCOMPARE(m_program->exitCode(), 1);
+}
+
 void tst_Program::signalEndsTheRefusal()
 {
     putDatabase(u"damaged/version-newer.xml"_s);
@@ -556,11 +586,18 @@ void tst_Program::editsAreOnTheDisk()
     expected[0] = u"Renamed by hand"_s;
     expected.removeAt(1);
     QCOMPARE(namesOnDisk(TaskStorage::ms_inboxId), expected);
+    QVERIFY(files().contains(u"backups"_s));
 
+    QVERIFY(QDir(file(u"backups"_s)).removeRecursively());
+    QSettings(file(u"settings.ini"_s), QSettings::IniFormat).setValue("general.backups", false);
     startProgram();
+    press({u"Down"_s, u"Delete"_s});
+    expected.removeFirst();
     m_program->signal(SIGTERM);
     QCOMPARE(m_program->exitCode(), 0);
     QCOMPARE(namesOnDisk(TaskStorage::ms_inboxId), expected);
+    QVERIFY(!files().contains(u"backups"_s));
+    QVERIFY(contentsOf(file(u"settings.ini"_s)).contains("\ngeneral.backups=false\n"));
 }
 
 /// A display that dies takes the program with it, but nothing that was entered.

@@ -1,0 +1,135 @@
+// The strip above the toolbar: a real window and store whose database may not grow any more.
+#include "app/base/PathHelper.h"
+#include "app/base/Prompt.h"
+#include "tests/ui/WindowTest.h"
+#include "ui/CommitStrip.h"
+
+#include <QAccessible>
+#include <QPushButton>
+#include <QScrollBar>
+
+#include <csignal>
+#include <sys/resource.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The largest file that this process may write, in bytes: what a quota looks like.
+void limitFiles(rlim_t bytes)
+{
+    rlimit limit{};
+    ::getrlimit(RLIMIT_FSIZE, &limit);
+    limit.rlim_cur = bytes;
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+}
+
+} // namespace
+
+class CommitStripTest : public WindowTest
+{
+    Q_OBJECT
+
+private:
+    [[nodiscard]] CommitStrip* strip() const { return m_window->findChild<CommitStrip*>(); }
+    [[nodiscard]] QPushButton* button(int number) const
+    {
+        return strip()->findChildren<QPushButton*>().value(number);
+    }
+    [[nodiscard]] QByteArray onDisk(const QString& path = taskStorage().databasePath()) const
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+private Q_SLOTS:
+    void init()
+    {
+        WindowTest::init();
+        std::signal(SIGXFSZ, SIG_IGN);
+        for (int i = 0; i < 100; ++i)
+            (void)store().createTask(TaskStorage::ms_inboxId);
+        store().setCommitInterval(50);
+        store().saveStateRequest();
+        m_window.reset();
+        QCOMPARE(store().init(), TaskStorage::NoError);
+        m_window = std::make_unique<MainWindow>();
+        m_window->show();
+        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+        QTRY_VERIFY(listHasFocus());
+    }
+    void cleanup()
+    {
+        limitFiles(RLIM_INFINITY);
+        Prompt::setAnswerer({});
+        Prompt::setSaveAnswerer({});
+        (void)m_log->take();
+        WindowTest::cleanup();
+    }
+
+    void comesWithoutDisturbingAndGoesByItself()
+    {
+        list().verticalScrollBar()->setValue(60);
+        edit(5);
+        const QWidget* editor = QApplication::focusWidget();
+        QVERIFY(editor->inherits("QLineEdit"));
+        limitFiles(1000);
+        keys(u"typed meanwhile"_s);
+        QTRY_VERIFY(strip() && strip()->isVisible());
+        const QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(strip());
+        QCOMPARE(spoken->role(), QAccessible::Notification);
+        QVERIFY(spoken->text(QAccessible::Name).contains("File too large"_L1));
+        QVERIFY(strip()->geometry().top() >= list().geometry().bottom());
+        QCOMPARE(QApplication::focusWidget(), editor);
+        QCOMPARE(list().verticalScrollBar()->value(), 60);
+        QVERIFY(!onDisk().contains("typed"));
+
+        // Neither does trying in vain, and what is typed goes on.
+        QTest::mouseClick(button(0), Qt::LeftButton);
+        QVERIFY(!button(0)->isEnabled());
+        QTRY_VERIFY(button(0)->isEnabled());
+        keys(u", too"_s);
+        QCOMPARE(QApplication::focusWidget(), editor);
+
+        limitFiles(RLIM_INFINITY);
+        QTRY_VERIFY(!strip());
+        QVERIFY(onDisk().contains("typed meanwhile"));
+        QCOMPARE(QApplication::focusWidget(), editor);
+        QCOMPARE(list().verticalScrollBar()->value(), 60);
+        QTRY_VERIFY(onDisk().contains("typed meanwhile, too"));
+    }
+
+    void copyIsWrittenElsewhere()
+    {
+        QString answer = m_home->filePath(u"copy.xml"_s);
+        QStringList told;
+        Prompt::setSaveAnswerer([&](const Prompt::SaveQuestion& question) {
+            return question.name.endsWith(".xml"_L1) ? answer : QString();
+        });
+        Prompt::setAnswerer([&](const Prompt::Question& question) {
+            told += question.text;
+            return QMessageBox::Ok;
+        });
+        limitFiles(1000);
+        addTasks({u"precious"_s});
+        QTRY_VERIFY(strip());
+        // By the keyboard: the strip comes after the list.
+        button(1)->setFocus(Qt::TabFocusReason);
+        key(Qt::Key_Space);
+        QCOMPARE(told.size(), 1);
+        QVERIFY(!QFile::exists(answer));
+        answer = PathHelper::databaseFile();
+        key(Qt::Key_Space);
+        QCOMPARE(told.size(), 2);
+        answer = m_home->filePath(u"copy.xml"_s);
+        limitFiles(RLIM_INFINITY);
+        key(Qt::Key_Space);
+        QCOMPARE(told.size(), 2);
+        QVERIFY(onDisk(answer).contains("precious"));
+        QTRY_VERIFY(!strip());
+        QVERIFY(listHasFocus());
+    }
+};
+
+QTEST_MAIN(CommitStripTest)
+#include "tst_commitstrip.moc"
