@@ -3,6 +3,7 @@
 #include "app/base/Clock.h"
 #include "app/base/ProductHelper.h"
 #include "app/core/TaskCore.h"
+#include "ui/ElidedLabel.h"
 #include "ui/controls/ChosenFile.h"
 #include "ui/controls/StyleHelper.h"
 
@@ -22,6 +23,8 @@ namespace {
 constexpr int signSize = 20;
 constexpr int gap = 8;
 constexpr QMargins margins(gap + signSize + gap, gap, gap, gap);
+constexpr QMargins narrowMargins(gap, gap, gap, gap);
+constexpr int buttonPadding = 16;
 /// The label's least width beside the buttons.
 constexpr int textWidth = 180;
 
@@ -79,6 +82,7 @@ QAccessibleInterface* makeAccessible(const QString& className, QObject* object)
 CommitStrip::CommitStrip(QWidget* parent)
     : LocalizedWidget(parent)
     , m_label(new QLabel(this))
+    , m_shortLabel(new ElidedLabel(this))
     , m_tryButton(new QPushButton(this))
     , m_copyButton(new QPushButton(this))
 {
@@ -89,6 +93,11 @@ CommitStrip::CommitStrip(QWidget* parent)
     QPalette colors = m_label->palette();
     colors.setColor(QPalette::WindowText, fancy::color(fancy::TextDark));
     m_label->setPalette(colors);
+    m_shortLabel->setPalette(colors);
+    m_shortLabel->hide();
+    QFont bold = m_shortLabel->font();
+    bold.setBold(true);
+    m_shortLabel->setFont(bold);
     m_buttons = new QHBoxLayout;
     m_buttons->setSpacing(gap);
     for (QPushButton* button : {m_tryButton, m_copyButton}) {
@@ -101,6 +110,7 @@ CommitStrip::CommitStrip(QWidget* parent)
     m_layout->setContentsMargins(margins);
     m_layout->setSpacing(gap);
     m_layout->addWidget(m_label, 1);
+    m_layout->addWidget(m_shortLabel);
     m_layout->addLayout(m_buttons);
     connect(m_tryButton, &QPushButton::clicked, this, &CommitStrip::_tryNow);
     connect(m_copyButton, &QPushButton::clicked, this, &CommitStrip::_saveCopy);
@@ -115,11 +125,10 @@ void CommitStrip::setFailure(const CommitFailure& failure)
 
 void CommitStrip::retranslateUI()
 {
-    m_tryButton->setText(tr("Try now"));
-    m_copyButton->setText(tr("Save a copy…"));
     const QString latest = tr("Last tried at %1.").arg(withSeconds(m_failure.latest));
     m_label->setText(u"<b>"_s + _headline().toHtmlEscaped() + u"</b><br>"_s +
                      _reason().toHtmlEscaped() + u' ' + latest.toHtmlEscaped());
+    m_shortLabel->setText(_shortHeadline() + u' ' + _reason());
     setAccessibleName(_headline() + u' ' + _reason());
     _arrange();
 }
@@ -132,6 +141,12 @@ QString CommitStrip::_headline() const
             .arg(since, ProductHelper::productDisplayName());
     }
     return tr("Your changes have not been saved since %1.").arg(since);
+}
+
+/// Begins with what matters: the rest is cut.
+QString CommitStrip::_shortHeadline() const
+{
+    return tr("Not saved since %1.").arg(shownTime(m_failure.since));
 }
 
 QString CommitStrip::_reason() const
@@ -157,14 +172,34 @@ void CommitStrip::_saveCopy()
         [](const QString& chosen) { return taskStorage().saveCopy(chosen); });
 }
 
-/// Text beside buttons where there is room, else one above the other.
+/// Text beside buttons where there is room, else one above the other; in the narrowest pane one
+/// line of text, without the sign.
 void CommitStrip::_arrange()
 {
+    const QString tryText = tr("Try now");
+    const QString copyText = tr("Save a copy…");
+    m_tryButton->setText(tryText);
+    m_copyButton->setText(copyText);
     const int buttons = m_tryButton->sizeHint().width() + gap + m_copyButton->sizeHint().width();
     const int room = width() - margins.left() - margins.right();
+    m_isNarrow = room < buttons;
+    m_label->setVisible(!m_isNarrow);
+    m_shortLabel->setVisible(m_isNarrow);
+    m_layout->setContentsMargins(m_isNarrow ? narrowMargins : margins);
     m_layout->setDirection(room < textWidth + gap + buttons ? QBoxLayout::TopToBottom
                                                             : QBoxLayout::LeftToRight);
-    m_buttons->setDirection(room < buttons ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+    m_buttons->setDirection(m_isNarrow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+    if (m_isNarrow) {
+        const int narrowRoom = width() - narrowMargins.left() - narrowMargins.right();
+        _fitButtonText(m_tryButton, tryText, narrowRoom);
+        _fitButtonText(m_copyButton, copyText, narrowRoom);
+    }
+}
+
+void CommitStrip::_fitButtonText(QPushButton* button, const QString& text, int room) const
+{
+    button->setText(button->fontMetrics().elidedText(text, Qt::ElideRight, room - buttonPadding));
+    button->setAccessibleName(text);
 }
 
 void CommitStrip::resizeEvent(QResizeEvent* event)
@@ -178,6 +213,7 @@ void CommitStrip::paintEvent(QPaintEvent* /*event*/)
     QPainter painter(this);
     painter.fillRect(rect(), fancy::color(fancy::DueNow));
     painter.fillRect(0, 0, width(), 1, fancy::color(fancy::Frame));
-    drawSign(painter,
-             QRectF(gap, m_label->geometry().center().y() - signSize / 2, signSize, signSize));
+    if (!m_isNarrow)
+        drawSign(painter,
+                 QRectF(gap, m_label->geometry().center().y() - signSize / 2, signSize, signSize));
 }

@@ -4,6 +4,7 @@
 #include "app/language/LocalizedWidget.h"
 #include "taskdb/CommitFailure.h"
 
+class ElidedLabel;
 class QBoxLayout;
 class QLabel;
 class QPushButton;
@@ -29,13 +30,17 @@ protected:
 
 private:
     [[nodiscard]] QString _headline() const;
+    [[nodiscard]] QString _shortHeadline() const;
     [[nodiscard]] QString _reason() const;
     void _tryNow();
     void _saveCopy();
     void _arrange();
+    void _fitButtonText(QPushButton* button, const QString& text, int room) const;
 
     CommitFailure m_failure;
     QLabel* m_label;
+    ElidedLabel* m_shortLabel; // in its place where there is next to no room
+    bool m_isNarrow = false;
     QPushButton* m_tryButton;
     QPushButton* m_copyButton;
     QBoxLayout* m_layout;

@@ -125,7 +125,7 @@
     </message>
     <message>
         <source>Last tried at %1.</source>
-        <translation>Последняя попытка в %1.</translation>
+        <translation>Попытка в %1.</translation>
     </message>
     <message>
         <source>Since %1 your changes are saved only when %2 ends.</source>
@@ -146,6 +146,10 @@
     <message>
         <source>The system starts no further thread, which saving needs.</source>
         <translation>Система не запускает ещё один поток, нужный для сохранения.</translation>
+    </message>
+    <message>
+        <source>Not saved since %1.</source>
+        <translation>Не сохраняется с %1.</translation>
     </message>
 </context>
 <context>

@@ -63,33 +63,6 @@ private Q_SLOTS:
                      lineOfCall));
     }
 
-    void opening()
-    {
-        LogHelper log;
-        log.err(u"lost"_s);
-        QVERIFY(!log.init(m_dir->filePath(u"none/log.txt"_s)));
-        log.err(u"lost as well"_s);
-        QVERIFY(log.init(_path()));
-        log.err(u"one"_s);
-        QVERIFY(log.init(_path()));
-        log.err(u"two"_s);
-        log.flush();
-        const QByteArrayList lines = _lines();
-        QCOMPARE(lines.size(), 2);
-        QVERIFY(lines.first().endsWith(" one"));
-        QVERIFY(lines.last().endsWith(" two"));
-    }
-
-    void destructorFlushes()
-    {
-        {
-            LogHelper log;
-            QVERIFY(log.init(_path()));
-            log.err(u"last words"_s);
-        }
-        QVERIFY(_read().endsWith(" last words\n"));
-    }
-
     void linesOfThreadsStayWhole()
     {
         constexpr int threadCount = 4;

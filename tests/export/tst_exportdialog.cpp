@@ -194,15 +194,6 @@ private Q_SLOTS:
         QTRY_VERIFY(!dialog());
     }
 
-    void parentGoesFirst()
-    {
-        auto parent = std::make_unique<QWidget>();
-        ExportDialog::showMe(parent.get(), m_work);
-        parent.reset();
-        ExportDialog::showMe(nullptr, m_work);
-        QVERIFY(dialog()->isVisible());
-    }
-
 private:
     static QList<ExportDialog*> dialogs()
     {

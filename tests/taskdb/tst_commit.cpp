@@ -171,120 +171,62 @@ private Q_SLOTS:
         }
     }
 
-    void sessionEndWritesAtOnceAndAlways()
-    {
-        const LogWatch log;
-        StoreBuilder builder;
-        builder.store.commitDataRequest(anyManager());
-        QCOMPARE(tasksIn(builder.path()), 0);
-        (void)builder.task(TaskStorage::ms_inboxId, u"x"_s);
-        builder.store.saveStateRequest();
-        QCOMPARE(tasksIn(builder.path()), 1);
-    }
-
-    void failuresLeaveTheOldFile_data()
+    void failuresAreMadeUpFor_data()
     {
         QTest::addColumn<QString>("fault");
         QTest::addColumn<QString>("line");
-        QTest::addColumn<bool>("temporaryStays");
-        const QString write = u"Critical Fatal! Failed to write database to %1.new"_s;
-        QTest::newRow("disk full at once") << u"full 0"_s << write << false;
-        QTest::newRow("disk full in the middle") << u"full 20000"_s << write << false;
-        QTest::newRow("I/O error") << u"error 20000"_s << write << false;
-        QTest::newRow("write limit") << u"limit"_s << write << false;
-        QTest::newRow("sync") << u"fdatasync"_s << write << false;
-        QTest::newRow("rename") << u"rename"_s
-                                << u"Critical Safe file update failed. Updating %1 from %1.new"_s
-                                << true;
-    }
-
-    void failuresLeaveTheOldFile()
-    {
-        QFETCH(QString, fault);
-        QFETCH(QString, line);
-        QFETCH(bool, temporaryStays);
-        LogWatch log;
-        StoreBuilder builder;
-        const TodoTask::Id id = builder.task(TaskStorage::ms_inboxId, u"kept"_s);
-        builder.store.commitDataRequest(anyManager());
-        const QByteArray before = contentOf(builder.path());
-        builder.store.attachNotesToTask(id, QString(500000, u'n'));
-
-        rlimit old{};
-        getrlimit(RLIMIT_FSIZE, &old);
-        const QString call = fault.section(u' ', 0, 0);
-        const qint64 bytes = fault.section(u' ', 1).toLongLong();
-        if (call == u"full")
-            DiskFaults::failWritesAfter(bytes, ENOSPC, "database.xml");
-        else if (call == u"error")
-            DiskFaults::failWritesAfter(bytes, EIO, "database.xml");
-        else if (call == u"limit")
-            setrlimit(RLIMIT_FSIZE, std::make_unique<rlimit>(rlimit{100000, old.rlim_max}).get());
-        else
-            DiskFaults::failNext(qPrintable(call), EIO, "database.xml");
-        builder.store.commitDataRequest(anyManager());
-        setrlimit(RLIMIT_FSIZE, &old);
-        DiskFaults::reset();
-
-        QCOMPARE(contentOf(builder.path()), before);
-        QCOMPARE(log.take(), QStringList{line.arg(builder.path())});
-        QCOMPARE(filesIn(builder.folder()).contains(u"database.xml.new"_s), temporaryStays);
-        // With the trouble over, everything is written.
-        builder.store.commitDataRequest(anyManager());
-        QCOMPARE(contentOf(builder.path()).count('n') > 500000, true);
-        QCOMPARE(log.take(), QStringList());
-    }
-
-    void folderThatIsGone()
-    {
-        LogWatch log;
-        QTemporaryDir dir;
-        QDir(dir.path()).mkdir(u"data"_s);
-        const QString path = dir.filePath(u"data/database.xml"_s);
-        TaskStorage store(path);
-        QCOMPARE(store.init(), TaskStorage::NoError);
-        QDir(dir.path()).rmdir(u"data"_s);
-        store.commitDataRequest(anyManager());
-        QCOMPARE(log.take(), QStringList{u"Critical Fatal! Failed to open database for writing "_s +
-                                         path + u".new"_s});
-    }
-
-    void failedWriteIsMadeUpFor_data()
-    {
         QTest::addColumn<QString>("by");
-        QTest::newRow("next pass") << u"routine"_s;
-        QTest::newRow("end") << u"last"_s;
-        QTest::newRow("request") << u"request"_s;
-        QTest::newRow("on demand") << u"now"_s;
+        const QString open = u"Critical Fatal! Failed to open database for writing %1.new"_s;
+        const QString write = u"Critical Fatal! Failed to write database to %1.new"_s;
+        const QString swap = u"Critical Safe file update failed. Updating %1 from %1.new"_s;
+        QTest::newRow("disk full, next pass") << u"write"_s << write << u"routine"_s;
+        QTest::newRow("disk full, end") << u"write"_s << write << u"last"_s;
+        QTest::newRow("sync, request") << u"fdatasync"_s << write << u"request"_s;
+        QTest::newRow("write limit, on demand") << u"limit"_s << write << u"now"_s;
+        QTest::newRow("swap, next pass") << u"rename"_s << swap << u"routine"_s;
+        QTest::newRow("folder gone, end") << u"folder"_s << open << u"last"_s;
     }
-    /// Nothing is changed after the failure.
-    void failedWriteIsMadeUpFor()
+    /// Though nothing is changed after the failure.
+    void failuresAreMadeUpFor()
     {
+        QFETCH(const QString, fault);
+        QFETCH(const QString, line);
         QFETCH(const QString, by);
         LogWatch log;
         StoreBuilder builder;
+        TaskStorageCommiter commiter(&builder.store, 60000);
         (void)builder.task(TaskStorage::ms_inboxId, u"kept"_s);
-        DiskFaults::failWritesAfter(0, ENOSPC, "database.xml");
-        builder.store.commitDataRequest(anyManager());
-        QCOMPARE(log.take().size(), 1);
+        commiter.forcedCommit();
+        const QByteArray before = contentOf(builder.path());
+        (void)builder.task(TaskStorage::ms_inboxId, u"unsaved"_s);
+        commiter._pass(EPass::routine);
+
+        rlimit old{};
+        getrlimit(RLIMIT_FSIZE, &old);
+        const rlimit low{10, old.rlim_max};
+        const QString elsewhere = builder.folder() + u"-elsewhere"_s;
+        if (fault == u"limit")
+            setrlimit(RLIMIT_FSIZE, &low);
+        else if (fault == u"write")
+            DiskFaults::failWritesAfter(20, ENOSPC, "database.xml");
+        else if (fault == u"folder")
+            QVERIFY(QDir().rename(builder.folder(), elsewhere));
+        else
+            DiskFaults::failNext(qPrintable(fault), EIO, "database.xml");
+        commiter._pass(EPass::routine);
+        setrlimit(RLIMIT_FSIZE, &old);
         DiskFaults::reset();
-        QVERIFY(!QFile::exists(builder.path()));
-        if (by == u"request") {
+        QVERIFY(fault != u"folder" || QDir().rename(elsewhere, builder.folder()));
+        QCOMPARE(contentOf(builder.path()), before);
+        QCOMPARE(log.take(), QStringList{line.arg(builder.path())});
+
+        if (by == u"request")
             builder.store.saveStateRequest();
-        } else if (by == u"now") {
+        else if (by == u"now")
             builder.store.saveNow();
-        } else {
-            TaskStorageCommiter commiter(&builder.store, 60000);
-            DiskFaults::failWritesAfter(0, ENOSPC, "database.xml");
-            commiter._pass(EPass::routine);
-            commiter._pass(EPass::routine);
-            QCOMPARE(DiskFaults::failures(), 1);
-            DiskFaults::reset();
+        else
             commiter._pass(by == u"last" ? EPass::last : EPass::routine);
-            QCOMPARE(log.take().size(), 1);
-            QCOMPARE(commiter.lastSaved(), builder.store.modification());
-        }
-        QTRY_COMPARE(tasksIn(builder.path()), 1);
+        QTRY_COMPARE(tasksIn(builder.path()), 2);
     }
 
     /// Who is told of a failure, and when: not of one that the next pass makes up for.

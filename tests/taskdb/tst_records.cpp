@@ -33,33 +33,6 @@ private Q_SLOTS:
     void init() { Clock::freeze(QDateTime(QDate(2026, 3, 15), QTime(10, 30))); }
     void cleanup() { Clock::release(); }
 
-    void createsWithIdentifierAndCreationTimeOnly()
-    {
-        TodoTask task;
-        QVERIFY(task.id().isNull() && task.empty() && !task.timeCreated().isValid());
-        task.create();
-        QVERIFY(!task.id().isNull());
-        QCOMPARE(task.timeCreated(), Clock::now());
-        QVERIFY(task.empty());
-        QVERIFY(!task.timeDue().isValid() && !task.timeCompleted().isValid());
-    }
-
-    void loadsCompletion_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<bool>("completed");
-        QTest::newRow("yes") << u"yes"_s << true;
-        for (const char* other : {"Yes", "YES", "true", " yes", "no", ""})
-            QTest::newRow(qPrintable(u'"' + QString::fromLatin1(other) + u'"'))
-                << QString::fromLatin1(other) << false;
-    }
-
-    void loadsCompletion()
-    {
-        QFETCH(QString, text);
-        QTEST(loaded(text, {}, {}).completed(), "completed");
-    }
-
     void loadsTimes_data()
     {
         QTest::addColumn<QString>("text");
@@ -129,21 +102,6 @@ private Q_SLOTS:
         task.rename(name);
         task.setNotes(notes);
         QTEST(task.toString(), "line");
-    }
-
-    void copiesAreIndependent()
-    {
-        TodoTask task;
-        task.create();
-        const TodoTask copy = task;
-        task.rename(u"Changed"_s);
-        QCOMPARE(copy.name(), QString());
-        QCOMPARE(copy.id(), task.id());
-        FocusGroup group;
-        group.create();
-        const FocusGroup groupCopy = group;
-        group._add(task.id());
-        QVERIFY(groupCopy.tasks().isEmpty());
     }
 
     void groupClearKeepsTheIcon()

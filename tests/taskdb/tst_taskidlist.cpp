@@ -43,19 +43,6 @@ class TaskIdListTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void keepsOrderWithoutDuplicatesOrNull()
-    {
-        const QList<QUuid> ids = makeIds(3);
-        TaskIdList list = listOf(ids);
-        QVERIFY(!list.append(ids.at(1)));
-        QVERIFY(!list.append(QUuid()));
-        QCOMPARE(list.toList(), ids);
-        QVERIFY(list.remove(ids.at(1)));
-        QVERIFY(!list.remove(ids.at(1)));
-        QVERIFY(list.append(ids.at(1)));
-        QCOMPARE(list.toList(), (QList<QUuid>{ids.at(0), ids.at(2), ids.at(1)}));
-    }
-
     void reorders_data()
     {
         QTest::addColumn<int>("anchor");
@@ -126,19 +113,6 @@ private Q_SLOTS:
         // Copies taken on the way kept what they held.
         for (const auto& [copy, content] : std::as_const(copies))
             QCOMPARE(copy.toList(), content);
-    }
-
-    void survivesBeingEmptied()
-    {
-        const QList<QUuid> ids = makeIds(1000);
-        TaskIdList list = listOf(ids);
-        for (const QUuid& id : ids)
-            QVERIFY(list.remove(id));
-        QVERIFY(list.isEmpty());
-        QVERIFY(list.begin() == list.end());
-        QVERIFY(list.append(ids.at(5)));
-        list.clear();
-        QVERIFY(!list.contains(ids.at(5)));
     }
 };
 
