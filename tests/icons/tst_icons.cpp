@@ -72,16 +72,6 @@ private Q_SLOTS:
         QCOMPARE(shownAt(48, 3.0), QSize(144, 144));
     }
 
-    void missingPicturesAreLeftOut()
-    {
-        QVERIFY(icons::fromPictures({u":/icons/none"_s}).isNull());
-        const QIcon icon = icons::fromPictures({u":/icons/none"_s, u":/icons/one_16"_s});
-        QCOMPARE(icon.availableSizes(), QList<QSize>{QSize(16, 16)});
-        // Not decodable: nothing to see, and nothing worse.
-        QVERIFY(icons::fromPictures({u":/icons/not_a_picture"_s}).pixmap(QSize(16, 16)).isNull());
-        QVERIFY(m_icons->appIcon(17, {}).isNull());
-    }
-
     void catalogue()
     {
         const QStringList keys = m_icons->focusGroupIconKeys();

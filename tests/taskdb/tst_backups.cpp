@@ -39,9 +39,8 @@ public:
     }
     [[nodiscard]] QStringList backups() const
     {
-        QStringList names = QDir(store.backupFolder()).entryList(QDir::AllEntries, QDir::Name);
-        names.removeIf([](const QString& name) { return name.startsWith(u'.'); });
-        return names;
+        return QDir(store.backupFolder())
+            .entryList(QDir::AllEntries | QDir::NoDotAndDotDot, QDir::Name);
     }
     [[nodiscard]] QByteArray content(const QString& name) const
     {
@@ -90,34 +89,21 @@ private Q_SLOTS:
         QCOMPARE(names, expected);
     }
 
-    void superfluous_data()
+    void daysLeftOut()
     {
-        QTest::addColumn<QString>("stamps");
-        QTest::addColumn<QString>("removed");
-        const QString week = u"11-10 11-11 11-12 11-13 11-14 11-16 11-17"_s;
-        QTest::newRow("few") << u"01-03 05-05 11-25"_s << u""_s;
-        QTest::newRow("last of its week and first of its month stand for them")
-            << u"10-06 10-07 10-08 "_s + week << u"10-07"_s;
-        QTest::newRow("from a clock that was wrong") << u"12-24 "_s + week << u""_s;
-        QTest::newRow("with a time of day, by themselves")
-            << u"01-01-000001 01-01-000002 01-01-000003 01-02-120000 01-03-120000 01-04-120000 "
-               "01-05-120000 01-06-120000 "_s +
-                   week
-            << u"01-01-000001"_s;
-    }
-    void superfluous()
-    {
-        QFETCH(const QString, stamps);
-        QFETCH(const QString, removed);
-        const auto named = [](const QString& text) {
-            QStringList names;
-            for (const QString& stamp : text.split(u' ', Qt::SkipEmptyParts))
+        const auto removedOf = [](const QString& stamps) {
+            QStringList names{u"database-2026-02-30.xml"_s, u"database-2020-01-02.xml~"_s};
+            for (const QString& stamp : stamps.split(u' '))
                 names += u"database-2026-"_s + stamp + u".xml"_s;
-            return names;
+            return DatabaseBackups::superfluous(names, QDate(2026, 11, 25)).join(u' ');
         };
-        const QStringList foreign{u"database-2026-02-30.xml"_s, u"database-2020-01-02.xml~"_s};
-        QCOMPARE(DatabaseBackups::superfluous(named(stamps) + foreign, QDate(2026, 11, 25)),
-                 named(removed));
+        const QString week = u" 11-10 11-11 11-12 11-13 11-14 11-16 11-17"_s;
+        // The last of its week and the first of its month stay, and what is dated after today.
+        QCOMPARE(removedOf(u"10-06 10-07 10-08 12-24"_s + week), u"database-2026-10-07.xml"_s);
+        QCOMPARE(removedOf(u"01-01-000001 01-01-000002 01-01-000003 01-02-120000 01-03-120000 "
+                           "01-04-120000 01-05-120000 01-06-120000"_s +
+                           week),
+                 u"database-2026-01-01-000001.xml"_s);
     }
 
     void firstCommitOfADayKeepsTheVersionBefore()
@@ -125,7 +111,10 @@ private Q_SLOTS:
         LogWatch log;
         Committed store;
         store.commitOn(1);
-        QCOMPARE(store.backups(), QStringList());
+        store.commiter.setBackups(false);
+        store.commitOn(1);
+        QVERIFY(!QFile::exists(store.store.backupFolder()));
+        store.commiter.setBackups(true);
         store.commitOn(2);
         QVERIFY(store.content(day2).contains("of day 1") &&
                 !store.content(day2).contains("of day 2"));
@@ -158,15 +147,6 @@ private Q_SLOTS:
         QCOMPARE(log.take(), QStringList());
     }
 
-    void switchedOff()
-    {
-        Committed store;
-        store.commitOn(1);
-        store.commiter.setBackups(false);
-        store.commitOn(2);
-        QVERIFY(!QFile::exists(store.store.backupFolder()));
-    }
-
     void whatCannotBeMadeHoldsNothingBack()
     {
         LogWatch log;
@@ -182,26 +162,18 @@ private Q_SLOTS:
         QVERIFY(inTheWay.remove());
     }
 
-    void lossOfMostTasksIsKeptApart_data()
-    {
-        QTest::addColumn<int>("tasks");
-        QTest::addColumn<QStringList>("names");
-        const QString extra = u"database-2026-11-01-120507.xml"_s;
-        QTest::newRow("many") << 60 << QStringList{extra, day1};
-        QTest::newRow("few") << 10 << QStringList{day1};
-    }
     void lossOfMostTasksIsKeptApart()
     {
-        QFETCH(const int, tasks);
-        QFETCH(const QStringList, names);
-        Committed store(tasks);
-        for (int i = 0; i < 3; ++i)
+        for (const int tasks : {10, 60}) {
+            Committed store(tasks);
+            for (int i = 0; i < 3; ++i)
+                store.commitOn(1);
+            store.store.emptyTrash();
             store.commitOn(1);
-        store.store.emptyTrash();
-        store.commitOn(1);
-        QCOMPARE(store.backups(), names);
-        QCOMPARE(store.content(names.first()).count("<tid>"),
-                 names.size() == 2 ? tasks + 3 : tasks + 1);
+            const QString extra = u"database-2026-11-01-120507.xml"_s;
+            QCOMPARE(store.backups(), tasks == 60 ? QStringList({extra, day1}) : QStringList{day1});
+            QCOMPARE(store.content(extra).count("<tid>"), tasks == 60 ? 63 : 0);
+        }
     }
 };
 

@@ -123,17 +123,6 @@ private Q_SLOTS:
         QCOMPARE(tasksIn(builder.path()), 5);
     }
 
-    void theThreadWritesByItself()
-    {
-        const LogWatch log;
-        StoreBuilder builder({}, 20);
-        (void)builder.task(TaskStorage::ms_inboxId, u"first"_s);
-        QTRY_VERIFY(contentOf(builder.path()).contains("first"));
-        (void)builder.task(TaskStorage::ms_inboxId, u"second"_s);
-        QTRY_VERIFY(contentOf(builder.path()).contains("second"));
-        QVERIFY(!contentOf(builder.path() + u".bak"_s).contains("second"));
-    }
-
     void endingWritesAtOnce()
     {
         const LogWatch log;
@@ -423,19 +412,6 @@ private Q_SLOTS:
         done = true;
         QVERIFY(reader->wait(30000));
         QCOMPARE(torn.load(), 0);
-    }
-
-    void secondInitStartsAnew()
-    {
-        const LogWatch log;
-        StoreBuilder builder;
-        (void)builder.store.createGroup(u"Home"_s, {});
-        (void)builder.task(TaskStorage::ms_inboxId, u"kept"_s);
-        QCOMPARE(builder.store.init(), TaskStorage::NoError);
-        QList<FocusGroup::Id> groups;
-        builder.store.enumGroups(groups);
-        QCOMPARE(groups.size(), 4);
-        QCOMPARE(builder.members(TaskStorage::ms_inboxId).size(), 1);
     }
 };
 

@@ -19,7 +19,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("notes");
         QTest::addColumn<bool>("completed");
         QTest::addColumn<QByteArray>("line");
-        QTest::newRow("open") << u"Buy milk"_s << u""_s << false << "- Buy milk"_ba;
+        QTest::newRow("open") << u" Buy milk "_s << u" \n"_s << false << "- Buy milk"_ba;
         QTest::newRow("done") << u"Call"_s << u"ask"_s << true << "= Call (ask)"_ba;
         QTest::newRow("lines in notes")
             << u"a"_s << u"b\nc\r\nd\n"_s << false << "- a (b\nc\r\nd)"_ba;

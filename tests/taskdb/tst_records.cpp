@@ -84,26 +84,6 @@ private Q_SLOTS:
         QCOMPARE(task.empty(), !due.isValid());
     }
 
-    void printsOnOneLine_data()
-    {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("notes");
-        QTest::addColumn<QString>("line");
-        QTest::newRow("both") << u" Call "_s << u" back "_s << u"Call (back)"_s;
-        QTest::newRow("blank notes") << u" Call "_s << u" \n "_s << u"Call"_s;
-        QTest::newRow("notes alone") << QString() << u"back"_s << u" (back)"_s;
-    }
-
-    void printsOnOneLine()
-    {
-        QFETCH(QString, name);
-        QFETCH(QString, notes);
-        TodoTask task;
-        task.rename(name);
-        task.setNotes(notes);
-        QTEST(task.toString(), "line");
-    }
-
     void groupClearKeepsTheIcon()
     {
         FocusGroup group;
