@@ -156,6 +156,39 @@ void commitDatabase()
         qFatal("the commit failed");
 }
 
+/// What a store does to save itself, from the lock to the file and, if asked for, to the backup:
+/// each time that of another day, which is the dearest.
+void saveStore(bool backups)
+{
+    static const QTemporaryDir dir;
+    const QString path = dir.filePath(backups ? u"with.xml"_s : u"without.xml"_s);
+    static std::map<bool, std::unique_ptr<TaskStorage>> stores;
+    std::unique_ptr<TaskStorage>& store = stores[backups];
+    if (!store) {
+        QFile::copy(databasePath, path);
+        store = std::make_unique<TaskStorage>(path);
+        store->setBackups(backups);
+        if (store->init() != TaskStorage::NoError)
+            qFatal("the database does not load");
+    }
+    static qint64 now = Clock::nowMs();
+    constexpr qint64 day = 86'400'000;
+    Clock::freeze(QDateTime::fromMSecsSinceEpoch(now += day));
+    (void)store->createTask(TaskStorage::ms_inboxId);
+    store->saveStateRequest();
+    Clock::release();
+}
+
+void saveWithBackups()
+{
+    saveStore(true);
+}
+
+void saveWithoutBackups()
+{
+    saveStore(false);
+}
+
 /// The median ratio of the times of two functions that take turns, so that a slow moment of the
 /// machine hits both.
 double pairedRatio(const char* name, void (*measured)(), void (*bare)())
@@ -293,6 +326,8 @@ int main(int argc, char** argv)
     (void)taskIds();
 
     const double commitRatio = pairedRatio("commit", commitDatabase, writerLoop);
+    const double backupRatio =
+        pairedRatio("save with backups", saveWithBackups, saveWithoutBackups);
 
     for (const auto& [name, function] : std::initializer_list<Named>{{"takeSnapshot", takeSnapshot},
                                                                      {"renameTask", renameTask},
@@ -309,6 +344,7 @@ int main(int argc, char** argv)
                 static_cast<long long>(QFile(databasePath).size()));
     line("load / bare token loop", loadRatio, 1.3, "x");
     line("commit / bare writer loop", commitRatio, 1.3, "x");
+    line("save with backups / without", backupRatio, 0, "x");
     line("snapshot under the lock", collector.ms("takeSnapshot"), 1, "ms");
     line("first change after a snapshot", collector.ms("changeAfterSnapshot"), 10, "ms");
     line("store memory / text it holds (UTF-16)", heap / text, 3, "x");
