@@ -1,6 +1,7 @@
 #include "app/ExitDeadline.h"
 
 #include "app/base/LogHelper.h"
+#include "app/base/OptionalThread.h"
 
 #include <chrono>
 #include <cstdlib>
@@ -28,13 +29,15 @@ std::timed_mutex& logMutex()
 
 void armExitDeadline(int exitCode)
 {
-    std::thread([exitCode] {
+    std::jthread deadline = startOptionalThread([exitCode] {
         std::this_thread::sleep_for(patience);
         // Kept to the end: the log must not go any more.
         if (logMutex().try_lock_for(logPatience) && dynamic_singleton<logging::LogHelper>::exists())
             dynamic_singleton<logging::LogHelper>::inst().flush(logPatience.count());
         std::_Exit(exitCode);
-    }).detach();
+    });
+    if (deadline.joinable())
+        deadline.detach();
 }
 
 void destroyLog()

@@ -1,5 +1,7 @@
 #include "app/FontFinder.h"
 
+#include "app/base/OptionalThread.h"
+
 #include <QFontMetrics>
 #include <QGuiApplication>
 
@@ -8,13 +10,13 @@
 using namespace Qt::StringLiterals;
 
 FontFinder::FontFinder()
-    : m_configuration([] { FcInit(); })
+    : m_configuration(startOptionalThread([] { FcInit(); }))
 {
 }
 
 void FontFinder::findApplicationFont()
 {
-    m_font = std::jthread([font = QGuiApplication::font()] {
+    m_font = startOptionalThread([font = QGuiApplication::font()] {
         (void)QFontMetrics(font).horizontalAdvance(u"Mivora"_s);
     });
 }

@@ -69,6 +69,11 @@ InstanceLock::EState InstanceLock::tryLock()
     return m_held ? EState::held : EState::unavailable;
 }
 
+QString InstanceLock::folder() const
+{
+    return QFileInfo(m_path).absolutePath();
+}
+
 void InstanceLock::publish(const QString& address)
 {
     if (!m_fileHeld || ::ftruncate(m_file, 0) != 0 || address.isEmpty())
@@ -101,9 +106,8 @@ InstanceLock::EState InstanceLock::_tryFile()
 InstanceLock::EState InstanceLock::_tryFolder(int operation)
 {
     if (m_folder < 0) {
-        const QString folder = QFileInfo(m_path).absolutePath();
         m_folder =
-            ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+            ::open(QFile::encodeName(folder()).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     }
     return m_folder < 0 ? EState::unavailable : tryFlock(m_folder, operation);
 }

@@ -32,6 +32,8 @@ public:
     /// Takes the lock if it is free; never waits.
     EState tryLock();
 
+    [[nodiscard]] QString folder() const;
+
     /// For the holder: leaves its address for the others. Empty takes it back.
     void publish(const QString& address);
     /// What the holder has published; empty when that is nothing, or cannot be read.

@@ -151,6 +151,8 @@ InstanceLock::EState QtSingleApplication::_tryLock()
         const InstanceLock::EState state = lock->tryLock();
         if (state == InstanceLock::EState::busy)
             m_busyLock = lock.get();
+        if (state == InstanceLock::EState::unavailable)
+            m_unlockableFolder = lock->folder();
         if (state != InstanceLock::EState::held)
             return state;
     }
@@ -218,18 +220,17 @@ bool QtSingleApplication::_connect(QLocalSocket& socket, const QDeadlineTimer& d
     return false;
 }
 
-/// Where the other copy may be listening. A lock file that cannot be read does not tell.
+/// Where the other copy may be listening. A lock file does not tell when it cannot be read, or
+/// could not be written.
 QStringList QtSingleApplication::_addresses() const
 {
     const QString published = m_busyLock ? m_busyLock->address() : QString();
-    if (!published.isEmpty())
-        return {published};
-    QStringList guessed;
-    for (const QString& path : {_socketPath(), _runtimePath(u".socket"_s)}) {
+    QStringList addresses;
+    for (const QString& path : {published, _socketPath(), _runtimePath(u".socket"_s)}) {
         if (QFileInfo::exists(path) && fitsSocketAddress(path))
-            guessed += path;
+            addresses += path;
     }
-    return guessed;
+    return addresses;
 }
 
 void QtSingleApplication::_onNewConnection()

@@ -39,6 +39,8 @@ public:
     /// Whether isRunning() made this copy the first one. If it found no other copy either, nothing
     /// can be locked.
     [[nodiscard]] bool isFirst() const { return m_server != nullptr; }
+    /// The folder in which isRunning() found nothing to lock; empty if there is none.
+    [[nodiscard]] const QString& unlockableFolder() const { return m_unlockableFolder; }
 
     /// Sends `message` to the copy that isRunning() found, and waits for its receipt, for up to
     /// `timeoutMs` milliseconds in all. At most 65536 bytes of UTF-8 are sent. Returns whether the
@@ -73,6 +75,7 @@ private:
     QString m_folder;
     std::vector<std::unique_ptr<InstanceLock>> m_locks;
     InstanceLock* m_busyLock = nullptr;
+    QString m_unlockableFolder;
     std::unique_ptr<QLocalServer> m_server;
     QPointer<QWidget> m_activationWindow;
 };

@@ -1,7 +1,6 @@
 #include "app/StartupRefusal.h"
 
 #include "app/base/LogHelper.h"
-#include "app/base/PathHelper.h"
 #include "app/base/ProductHelper.h"
 #include "app/base/Prompt.h"
 
@@ -14,9 +13,8 @@ void StartupRefusal::show(TaskStorage::ErrorType error)
     _show(_text(error).arg(ProductHelper::productDisplayName(), url, shortUrl));
 }
 
-void StartupRefusal::showUnlockable()
+void StartupRefusal::showUnlockable(const QString& folder)
 {
-    const QString folder = PathHelper::getPath(PathHelper::UserDataFolder, false);
     _show(tr("<p>%1 cannot use the folder \"%2\": nothing can be locked there, and another copy "
              "might be running.</p>"
              "<p>It does not start, so that no task is overwritten. Please make sure that the "

@@ -15,8 +15,8 @@ public:
 
     /// The database did not load. `error`: any but NoError.
     static void show(TaskStorage::ErrorType error);
-    /// Nothing can be locked in the data folder, so that another copy may be running there.
-    static void showUnlockable();
+    /// Nothing can be locked in `folder`, so that another copy may be running there.
+    static void showUnlockable(const QString& folder);
 
 private:
     [[nodiscard]] static QString _text(TaskStorage::ErrorType error);

@@ -113,12 +113,12 @@ void loadSettings()
 }
 
 /// A data folder that is out of reach counts as a database that does not load.
-void refuseUnlockable()
+void refuseUnlockable(const QString& folder)
 {
     if (PathHelper::isCutOff(PathHelper::databaseFile()))
         StartupRefusal::show(TaskStorage::ReadFailure);
     else
-        StartupRefusal::showUnlockable();
+        StartupRefusal::showUnlockable(folder);
 }
 
 void destroySingletons()
@@ -159,7 +159,7 @@ int main(int argc, char** argv)
 
     const SignalHandler signalHandler;
     if (!app->isFirst()) {
-        refuseUnlockable();
+        refuseUnlockable(app->unlockableFolder());
         return 1;
     }
     fontFinder.findApplicationFont();

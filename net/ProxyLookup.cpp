@@ -1,5 +1,7 @@
 #include "net/ProxyLookup.h"
 
+#include "app/base/OptionalThread.h"
+
 #include <QNetworkProxyQuery>
 #include <QUrl>
 
@@ -20,12 +22,16 @@ struct ProxyLookup::State
 ProxyLookup::ProxyLookup(const QUrl& url)
     : m_state(std::make_shared<State>())
 {
-    std::thread([state = m_state, url] {
+    std::jthread lookup = startOptionalThread([state = m_state, url] {
         QList<QNetworkProxy> proxies = QNetworkProxyFactory::proxyForQuery(QNetworkProxyQuery(url));
         const std::lock_guard lock(state->mutex);
         state->proxies = std::move(proxies);
         state->changed.notify_all();
-    }).detach();
+    });
+    if (lookup.joinable())
+        lookup.detach();
+    else
+        m_state->proxies = QList{QNetworkProxy(QNetworkProxy::NoProxy)};
 }
 
 std::optional<QList<QNetworkProxy>> ProxyLookup::wait(std::chrono::milliseconds timeout)

@@ -97,7 +97,7 @@ void DatabaseBackups::_keepAs(const QString& name, const QString& previous)
         return;
     const QMutexLocker lock(&m_mutex);
     if (!PathHelper::makePath(m_folder + u'/')) {
-        _logOncePerDay(path, qt_error_string());
+        _logOncePerDay(path, u"its folder cannot be made"_s);
         return;
     }
     if (hardLink(previous, path)) {
@@ -122,6 +122,7 @@ void DatabaseBackups::copyPending()
     for (const Pending& copy : pending) {
         if (QFile::exists(copy.path))
             continue;
+        QFile::remove(copy.path + u".new"_s); // left behind by a kill
         const SafeWriteResult result =
             writeFileSafely(copy.path, EFileAccess::userOnly,
                             [&copy](QIODevice& device) { return copyInto(device, *copy.source); });

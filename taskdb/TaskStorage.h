@@ -131,7 +131,7 @@ Q_SIGNALS:
     /// A group's membership changed.
     void groupChanged(const FocusGroup::Id& groupId);
     /// Changes have failed to be written more than once in a row, once more, or, with the cause
-    /// "none", no longer. Comes from any thread, without the lock.
+    /// "none", no longer. Comes from any thread.
     void commitStateChanged(const CommitFailure& failure);
 
 private:

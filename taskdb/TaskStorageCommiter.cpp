@@ -119,7 +119,7 @@ TaskStorageCommiter::EPass TaskStorageCommiter::_waitForWakeUp()
     const QDeadlineTimer deadline(m_intervalMs);
     while (!m_ending && !m_hurrying && m_wakeUp.wait(&m_mutex, deadline)) {
     }
-    const bool isHurried = std::exchange(m_hurrying, false);
+    const bool isHurried = m_hurrying.exchange(false);
     if (m_ending)
         return EPass::last;
     return isHurried ? EPass::hurried : EPass::routine;
@@ -127,14 +127,9 @@ TaskStorageCommiter::EPass TaskStorageCommiter::_waitForWakeUp()
 
 void TaskStorageCommiter::_pass(EPass kind)
 {
-    const bool isFailed = !_writeIfDue(kind);
-    if (kind != EPass::last) {
-        {
-            const QMutexLocker lock(&m_stateMutex);
-            m_failedPasses += isFailed ? 1 : 0;
-        }
+    _writeIfDue(kind);
+    if (kind != EPass::last)
         _report();
-    }
     m_backups.copyPending();
 }
 
@@ -147,21 +142,19 @@ bool TaskStorageCommiter::_isDue(EPass kind, qint32 current)
     return current != m_lastSaved;
 }
 
-/// Returns false when it should have written and could not.
-bool TaskStorageCommiter::_writeIfDue(EPass kind)
+void TaskStorageCommiter::_writeIfDue(EPass kind)
 {
     QMutexLocker storeLock(&m_store->m_lock);
     if (!_isDue(kind, m_store->modification()))
-        return true;
+        return;
     m_store->takeSnapshot(m_snapshot);
     const QMutexLocker commitLock(&m_commitMutex);
     storeLock.unlock();
 
-    const bool isWritten = _commit(m_snapshot);
+    _commit(m_snapshot, true);
     m_lastCommitted = m_lastSeen;
     // A snapshot kept would make the store duplicate every record it changes.
     m_snapshot = TaskStorageSnapsot();
-    return isWritten;
 }
 
 void TaskStorageCommiter::forcedCommit()
@@ -171,7 +164,8 @@ void TaskStorageCommiter::forcedCommit()
         TaskStorageSnapsot snapshot;
         m_store->takeSnapshot(snapshot);
         const QMutexLocker commitLock(&m_commitMutex);
-        _commit(snapshot);
+        // Without a thread there are no passes.
+        _commit(snapshot, !isRunning());
     }
     _report();
 }
@@ -182,16 +176,16 @@ void TaskStorageCommiter::tryNow()
         forcedCommit();
         return;
     }
-    // Not to be had means that a pass is trying already.
-    if (!m_mutex.tryLock(hurryTimeoutMs))
-        return;
     m_hurrying = true;
-    m_wakeUp.wakeAll();
-    m_mutex.unlock();
+    // Not to be had means that the thread is not waiting: it looks at the flag before it does.
+    if (m_mutex.tryLock(hurryTimeoutMs)) {
+        m_wakeUp.wakeAll();
+        m_mutex.unlock();
+    }
 }
 
-/// Returns whether the database file now holds the snapshot.
-bool TaskStorageCommiter::_commit(const TaskStorageSnapsot& snapshot)
+/// `isPass`: whether a failure counts for what the user is told.
+void TaskStorageCommiter::_commit(const TaskStorageSnapsot& snapshot, bool isPass)
 {
     const CClock clock;
     const SafeWriteResult result = _write(snapshot);
@@ -200,43 +194,46 @@ bool TaskStorageCommiter::_commit(const TaskStorageSnapsot& snapshot)
         MVR_LOG_DEBUG(u"Database commit done in "_s + QString::number(elapsed / 1000) + u'.' +
                       QString::number(elapsed % 1000) + u's');
     }
-    if (result.state != ESafeWrite::done) {
-        _fail(result);
-        return false;
-    }
-    _succeed(snapshot);
-    return true;
+    if (result.state == ESafeWrite::done)
+        _succeed(snapshot.modification());
+    else if (snapshot.modification() != m_lastSaved)
+        _fail(result, isPass);
+    else
+        _logFailure(result); // of what had been written already
 }
 
-SafeWriteResult TaskStorageCommiter::_write(const TaskStorageSnapsot& snapshot) const
+SafeWriteResult TaskStorageCommiter::_write(const TaskStorageSnapsot& snapshot)
 {
     const QString& path = m_store->databasePath();
     if (!setLoneBackupAside(path))
-        return {ESafeWrite::updateFailed, backupOf(path), errno};
-    return replaceFileSafely(path, [&snapshot](QIODevice& device) {
+        return {ESafeWrite::openFailed, backupOf(path), errno};
+    const auto write = [&snapshot](QIODevice& device) {
         return TaskStorageWriter().write(&device, snapshot);
+    };
+    return replaceFileSafely(path, write, [this, &path, &snapshot] {
+        const qsizetype held = std::exchange(m_held, listedIn(snapshot.groups()));
+        m_backups.keep(backupOf(path), held >= manyTasks && m_held * 10 < held);
     });
 }
 
-void TaskStorageCommiter::_succeed(const TaskStorageSnapsot& snapshot)
+void TaskStorageCommiter::_succeed(qint32 modification)
 {
-    m_lastSaved = snapshot.modification();
+    m_lastSaved = modification;
     _dropLeftover({});
-    const qsizetype held = std::exchange(m_held, listedIn(snapshot.groups()));
-    m_backups.keep(backupOf(m_store->databasePath()), held >= manyTasks && m_held * 10 < held);
     const QMutexLocker lock(&m_stateMutex);
     m_failure = {};
     m_failedPasses = 0;
 }
 
 /// Logs a failure when it begins and when its reason changes, not at every attempt.
-void TaskStorageCommiter::_fail(const SafeWriteResult& result)
+void TaskStorageCommiter::_fail(const SafeWriteResult& result, bool isPass)
 {
     if (result.state == ESafeWrite::updateFailed)
         _dropLeftover(result.temporaryPath);
     bool isNew = false;
     {
         const QMutexLocker lock(&m_stateMutex);
+        m_failedPasses += isPass ? 1 : 0;
         isNew = m_failure.cause == CommitFailure::none || m_failure.error != result.error;
         m_failure.cause = CommitFailure::file;
         m_failure.error = result.error;
@@ -284,15 +281,23 @@ bool TaskStorageCommiter::_isFailing() const
 CommitFailure TaskStorageCommiter::failure() const
 {
     const QMutexLocker lock(&m_stateMutex);
-    return m_failedPasses > 1 ? m_failure : m_noThread;
+    return _told();
+}
+
+/// A file that cannot be written outweighs a thread that is missing.
+CommitFailure TaskStorageCommiter::_told() const
+{
+    const int enough = m_noThread.cause == CommitFailure::none ? 2 : 1;
+    return m_failedPasses < enough ? m_noThread : m_failure;
 }
 
 /// Tells of a failure at every attempt, and once of its end.
 void TaskStorageCommiter::_report()
 {
-    const CommitFailure shown = failure();
+    CommitFailure shown;
     {
         const QMutexLocker lock(&m_stateMutex);
+        shown = _told();
         const bool wasReported = std::exchange(m_isReported, shown.cause != CommitFailure::none);
         if (!wasReported && !m_isReported)
             return;

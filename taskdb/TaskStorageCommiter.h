@@ -62,14 +62,15 @@ protected:
 private:
     [[nodiscard]] EPass _waitForWakeUp();
     [[nodiscard]] bool _isDue(EPass kind, qint32 current);
-    bool _writeIfDue(EPass kind);
-    bool _commit(const TaskStorageSnapsot& snapshot);
-    [[nodiscard]] SafeWriteResult _write(const TaskStorageSnapsot& snapshot) const;
-    void _succeed(const TaskStorageSnapsot& snapshot);
-    void _fail(const SafeWriteResult& result);
+    void _writeIfDue(EPass kind);
+    void _commit(const TaskStorageSnapsot& snapshot, bool isPass);
+    [[nodiscard]] SafeWriteResult _write(const TaskStorageSnapsot& snapshot);
+    void _succeed(qint32 modification);
+    void _fail(const SafeWriteResult& result, bool isPass);
     void _logFailure(const SafeWriteResult& result) const;
     void _dropLeftover(const QString& newer);
     [[nodiscard]] bool _isFailing() const;
+    [[nodiscard]] CommitFailure _told() const;
     void _report();
 
     QMutex m_mutex;
@@ -81,9 +82,8 @@ private:
     TaskStorageSnapsot m_snapshot;
 
     int m_intervalMs;
-    // Guarded by m_mutex: a wake-up before anybody waits is not lost.
-    bool m_ending = false;
-    bool m_hurrying = false;
+    bool m_ending = false; // guarded by m_mutex: a wake-up before anybody waits is not lost
+    std::atomic<bool> m_hurrying = false;
     // Held from before the store's lock is released until the file is in place, so that an older
     // snapshot never lands last and two commits never choose the same temporary file.
     QMutex m_commitMutex;

@@ -128,7 +128,8 @@ void CommitStrip::retranslateUI()
     const QString latest = tr("Last tried at %1.").arg(withSeconds(m_failure.latest));
     m_label->setText(u"<b>"_s + _headline().toHtmlEscaped() + u"</b><br>"_s +
                      _reason().toHtmlEscaped() + u' ' + latest.toHtmlEscaped());
-    m_shortLabel->setText(_shortHeadline() + u' ' + _reason());
+    // Begins with what matters: the rest is cut.
+    m_shortLabel->setText(tr("Not saved!") + u' ' + _reason() + u' ' + _headline());
     setAccessibleName(_headline() + u' ' + _reason());
     _arrange();
 }
@@ -140,13 +141,7 @@ QString CommitStrip::_headline() const
         return tr("Since %1 your changes are saved only when %2 ends.")
             .arg(since, ProductHelper::productDisplayName());
     }
-    return tr("Your changes have not been saved since %1.").arg(since);
-}
-
-/// Begins with what matters: the rest is cut.
-QString CommitStrip::_shortHeadline() const
-{
-    return tr("Not saved since %1.").arg(shownTime(m_failure.since));
+    return tr("Saving your changes has failed since %1.").arg(since);
 }
 
 QString CommitStrip::_reason() const
@@ -179,7 +174,9 @@ void CommitStrip::_arrange()
     const QString tryText = tr("Try now");
     const QString copyText = tr("Save a copy…");
     m_tryButton->setText(tryText);
+    m_tryButton->setAccessibleName(tryText);
     m_copyButton->setText(copyText);
+    m_copyButton->setAccessibleName(copyText);
     const int buttons = m_tryButton->sizeHint().width() + gap + m_copyButton->sizeHint().width();
     const int room = width() - margins.left() - margins.right();
     m_isNarrow = room < buttons;
@@ -190,16 +187,11 @@ void CommitStrip::_arrange()
                                                             : QBoxLayout::LeftToRight);
     m_buttons->setDirection(m_isNarrow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
     if (m_isNarrow) {
-        const int narrowRoom = width() - narrowMargins.left() - narrowMargins.right();
-        _fitButtonText(m_tryButton, tryText, narrowRoom);
-        _fitButtonText(m_copyButton, copyText, narrowRoom);
+        const int textRoom = width() - narrowMargins.left() - narrowMargins.right() - buttonPadding;
+        for (QPushButton* button : {m_tryButton, m_copyButton})
+            button->setText(
+                button->fontMetrics().elidedText(button->text(), Qt::ElideRight, textRoom));
     }
-}
-
-void CommitStrip::_fitButtonText(QPushButton* button, const QString& text, int room) const
-{
-    button->setText(button->fontMetrics().elidedText(text, Qt::ElideRight, room - buttonPadding));
-    button->setAccessibleName(text);
 }
 
 void CommitStrip::resizeEvent(QResizeEvent* event)

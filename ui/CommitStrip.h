@@ -30,12 +30,10 @@ protected:
 
 private:
     [[nodiscard]] QString _headline() const;
-    [[nodiscard]] QString _shortHeadline() const;
     [[nodiscard]] QString _reason() const;
     void _tryNow();
     void _saveCopy();
     void _arrange();
-    void _fitButtonText(QPushButton* button, const QString& text, int room) const;
 
     CommitFailure m_failure;
     QLabel* m_label;

@@ -315,7 +315,7 @@ void MainWindow::_removeCommitStrip()
 {
     if (!m_commitStrip)
         return;
-    if (m_commitStrip->isAncestorOf(QApplication::focusWidget()))
+    if (m_commitStrip->isAncestorOf(focusWidget()))
         m_taskList->setFocus(Qt::OtherFocusReason);
     m_commitStrip->hide();
     m_commitStrip->deleteLater();

@@ -140,6 +140,35 @@ bool exchange(const QString& one, const QString& other)
                        QFile::encodeName(other).constData(), RENAME_EXCHANGE) == 0;
 }
 
+/// Makes `backup` another name of the file at `path`, in the place of what had that name.
+bool keepAs(const QString& backup, const QString& path)
+{
+    const QString fresh = backup + u'~';
+    const QByteArray freshName = QFile::encodeName(fresh);
+    ::unlink(freshName.constData()); // left behind by a kill
+    if (!hardLink(path, fresh))
+        return false;
+    const bool isKept = renameOver(fresh, backup);
+    // It stays after a failure, and where both were the same file already.
+    const int error = errno;
+    ::unlink(freshName.constData());
+    errno = error;
+    return isKept;
+}
+
+/// Exchanges the versions and gives the old one its name; all or nothing.
+bool exchangeAndKeepAs(const QString& backup, const QString& temporary, const QString& path)
+{
+    if (!exchange(temporary, path))
+        return false;
+    if (renameOver(temporary, backup))
+        return true;
+    const int error = errno;
+    exchange(temporary, path);
+    errno = error;
+    return false;
+}
+
 /// Makes the renames of a folder durable. File systems that cannot are none the worse for it.
 void syncFolderOf(const QString& path)
 {
@@ -184,14 +213,9 @@ bool CSafeFileUpdate::update() const
     }
     if (entryExists(m_path)) {
         const QString backup = m_path + u".bak"_s;
-        if (entryExists(backup) && ::unlink(QFile::encodeName(backup).constData()) != 0)
-            return false;
-        if (!hardLink(m_path, backup)) {
-            if (exchange(m_temporaryPath, m_path)) {
-                // The new version is in place; the old one goes by the temporary name.
-                renameOver(m_temporaryPath, backup);
+        if (!keepAs(backup, m_path)) {
+            if (exchangeAndKeepAs(backup, m_temporaryPath, m_path))
                 return true;
-            }
             if (!renameOver(m_path, backup))
                 return false;
         }
@@ -217,7 +241,8 @@ SafeWriteResult writeTemporary(const QString& temporary, const QString& model, E
 
 } // namespace
 
-SafeWriteResult replaceFileSafely(const QString& path, const FileProducer& produce)
+SafeWriteResult replaceFileSafely(const QString& path, const FileProducer& produce,
+                                  const std::function<void()>& onSwapped)
 {
     const CSafeFileUpdate update(path);
     SafeWriteResult result =
@@ -226,6 +251,8 @@ SafeWriteResult replaceFileSafely(const QString& path, const FileProducer& produ
         return result;
     if (!update.update())
         return {ESafeWrite::updateFailed, result.temporaryPath, errno};
+    if (onSwapped)
+        onSwapped();
     syncFolderOf(path);
     return result;
 }

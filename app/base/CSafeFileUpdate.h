@@ -48,9 +48,11 @@ using FileProducer = std::function<bool(QIODevice&)>;
 
 /// Writes a new version of `path` through CSafeFileUpdate. The file is swapped in only after every
 /// write, the flush and the sync to the disk succeeded; one that cannot be swapped in stays. A
-/// version already there keeps its permissions, the first one is for this user only.
+/// version already there keeps its permissions, the first one is for this user only. `onSwapped`
+/// is called as soon as the new version is in place, before it is known to outlast a power cut.
 /// Logs nothing: the caller knows what the file is. Any thread, one call per path at a time.
-[[nodiscard]] SafeWriteResult replaceFileSafely(const QString& path, const FileProducer& produce);
+[[nodiscard]] SafeWriteResult replaceFileSafely(const QString& path, const FileProducer& produce,
+                                                const std::function<void()>& onSwapped = {});
 
 /// Who may open a file that is new.
 enum class EFileAccess

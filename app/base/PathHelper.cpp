@@ -7,6 +7,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <sys/stat.h>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -34,6 +36,16 @@ bool makeFolder(const QString& path)
     // Another program may be making the same folder.
     return parent != path && makeFolder(parent) &&
            (QDir().mkdir(path, userOnly) || QDir(path).exists());
+}
+
+/// Under whatever names: text tells nothing where a folder is mounted twice.
+bool isSameFolder(const QString& one, const QString& other)
+{
+    struct stat first = {};
+    struct stat second = {};
+    return ::stat(QFile::encodeName(one).constData(), &first) == 0 &&
+           ::stat(QFile::encodeName(other).constData(), &second) == 0 &&
+           first.st_dev == second.st_dev && first.st_ino == second.st_ino;
 }
 
 QString inFolder(const QString& folder, const QString& name)
@@ -106,6 +118,10 @@ QString PathHelper::realPath(const QString& path)
     const QString canonical = file.canonicalFilePath();
     if (!canonical.isEmpty())
         return canonical;
+    // A link to what is not there yet.
+    const QFileInfo target(file.symLinkTarget());
+    if (file.isSymLink() && !target.isSymLink())
+        return realPath(target.filePath());
     const QString folder = QFileInfo(file.absolutePath()).canonicalFilePath();
     return folder.isEmpty() ? file.absoluteFilePath() : QDir(folder).filePath(file.fileName());
 }
@@ -126,12 +142,21 @@ bool PathHelper::isCutOff(const QString& path)
 
 bool PathHelper::isOwnFile(const QString& path)
 {
-    const QString file = realPath(path);
-    if (file.startsWith(realPath(getPath(UserDataFolder, false)) + u'/'))
+    const QFileInfo file(realPath(path));
+    const QFileInfo database(realPath(databaseFile()));
+    const QString name = file.fileName();
+    const QString own = database.fileName();
+    if (isSameFolder(file.absolutePath(), database.absolutePath()) &&
+        (name == own || name.startsWith(own + u".bak"_s) || name.startsWith(own + u".new"_s) ||
+         name.startsWith(u"instance-"_s)))
         return true;
-    const QString database = realPath(databaseFile());
-    return file == database || file.startsWith(database + u".bak"_s) ||
-           file.startsWith(database + u".new"_s);
+    const QString dataFolder = getPath(UserDataFolder, false);
+    for (QString folder = file.absolutePath(); !QDir(folder).isRoot();
+         folder = QFileInfo(folder).absolutePath()) {
+        if (isSameFolder(folder, dataFolder))
+            return true;
+    }
+    return false;
 }
 
 bool PathHelper::importData(const QString& fromFolder, const QString& toFolder)

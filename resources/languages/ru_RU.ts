@@ -132,10 +132,6 @@
         <translation>С %1 изменения сохраняются только при выходе из %2.</translation>
     </message>
     <message>
-        <source>Your changes have not been saved since %1.</source>
-        <translation>С %1 изменения не сохраняются.</translation>
-    </message>
-    <message>
         <source>Save a copy</source>
         <translation>Сохранить копию</translation>
     </message>
@@ -148,8 +144,12 @@
         <translation>Система не запускает ещё один поток, нужный для сохранения.</translation>
     </message>
     <message>
-        <source>Not saved since %1.</source>
-        <translation>Не сохраняется с %1.</translation>
+        <source>Not saved!</source>
+        <translation>Не сохранено!</translation>
+    </message>
+    <message>
+        <source>Saving your changes has failed since %1.</source>
+        <translation>С %1 не удаётся сохранить изменения.</translation>
     </message>
 </context>
 <context>

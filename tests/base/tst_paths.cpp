@@ -46,6 +46,10 @@ private Q_SLOTS:
         for (const QString& made : {folder, m_home->filePath(u".Mivora"_s)})
             QVERIFY(!(QFile::permissions(made) & QFile::Permissions(0x0077)));
         QVERIFY(QDir(folder).isEmpty());
+        QVERIFY(QDir(folder).mkdir(u"database.xml"_s) && !PathHelper::isDataFolderValid(folder));
+        QVERIFY(QDir(folder).rmdir(u"database.xml"_s) && !PathHelper::isDataFolderValid(folder));
+        write(folder + u"database.xml"_s, "x");
+        QVERIFY(PathHelper::isDataFolderValid(folder));
         QVERIFY(PathHelper::makePath(PathHelper::databaseFile()));
         QVERIFY(QDir(folder).removeRecursively());
         write(folder.chopped(1), "in the way");

@@ -63,6 +63,14 @@ private Q_SLOTS:
             QCOMPARE(known, id);
     }
 
+    void pipeIsNotWaitedFor()
+    {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(u"metrics.xml"_s);
+        QCOMPARE(::mkfifo(qPrintable(path), 0600), 0);
+        QVERIFY(!dynamic_singleton<UserMetrics>::inst().load(path));
+    }
+
     void failedSavesAreLogged_data()
     {
         QTest::addColumn<QString>("call");

@@ -91,6 +91,11 @@ private Q_SLOTS:
 
         limitFiles(RLIM_INFINITY);
         QTRY_VERIFY(!strip());
+        Q_EMIT store().commitStateChanged({CommitFailure::thread, 0, Clock::now(), Clock::now()});
+        QTRY_VERIFY(strip());
+        QVERIFY(strip()->accessibleName().contains("when Mivora ends"_L1));
+        Q_EMIT store().commitStateChanged({});
+        QTRY_VERIFY(!strip());
         QVERIFY(onDisk().contains("typed meanwhile"));
         QCOMPARE(QApplication::focusWidget(), editor);
         QCOMPARE(list().verticalScrollBar()->value(), 60);

@@ -268,9 +268,14 @@ void tst_Program::secondStartRestores()
     xdotool({u"windowminimize"_s, m_window});
     QTRY_VERIFY_WITH_TIMEOUT(isMinimised(m_window), patienceMs);
 
-    // A start from another session finds the copy all the same.
+    // A start from another session finds the copy all the same, and one from another home whose
+    // database is a link to this one.
+    const QString home = m_home->filePath(u"other"_s);
+    QVERIFY(QDir().mkpath(home + u"/.Mivora/User Data"_s));
+    QVERIFY(QFile::link(file(u"database.xml"_s), home + u"/.Mivora/User Data/database.xml"_s));
     QProcessEnvironment elsewhere = m_environment;
     elsewhere.insert(u"XDG_RUNTIME_DIR"_s, m_home->path());
+    elsewhere.insert(u"HOME"_s, home);
     Process second(QStringLiteral(MVR_PROGRAM));
     second.start(elsewhere);
     QCOMPARE(second.exitCode(), 0);

@@ -201,7 +201,7 @@ private Q_SLOTS:
         else if (fault == u"folder")
             QVERIFY(QDir().rename(builder.folder(), elsewhere));
         else
-            DiskFaults::failNext(qPrintable(fault), EIO, "database.xml");
+            DiskFaults::failNext(qPrintable(fault), EIO, "database.xml.new");
         commiter._pass(EPass::routine);
         setrlimit(RLIMIT_FSIZE, &old);
         DiskFaults::reset();
@@ -269,6 +269,14 @@ private Q_SLOTS:
                      QStringList{u"Critical Fatal! Failed to start the commit thread"_s});
             QCOMPARE(store.commitFailure().cause, CommitFailure::thread);
             (void)store.createTask(TaskStorage::ms_inboxId);
+            // On demand the calling thread writes, and a full disk is told of at once.
+            threadsLeft = 0;
+            QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"Thread creation error"_s));
+            DiskFaults::failWritesAfter(0, ENOSPC, "database.xml");
+            store.saveNow();
+            QCOMPARE(store.commitFailure().error, ENOSPC);
+            QCOMPARE(log.take().size(), 1);
+            DiskFaults::reset();
         }
         QCOMPARE(tasksIn(path), 1);
         // With a thread again by the next interval, all is as ever.
@@ -289,15 +297,15 @@ private Q_SLOTS:
         StoreBuilder builder;
         builder.store.commitDataRequest(anyManager());
         const TodoTask::Id id = builder.task(TaskStorage::ms_inboxId, {});
-        DiskFaults::failNext("rename", EACCES, ".new", 3);
-        for (const QString& name : {u"first"_s, u"second"_s, u"third"_s}) {
+        DiskFaults::failNext("rename", EACCES, ".new", 2);
+        for (const QString& name : {u"first"_s, u"second"_s}) {
             builder.store.renameTask(id, name);
             builder.store.commitDataRequest(anyManager());
         }
         QCOMPARE(log.take().size(), 1);
         const QStringList files = filesIn(builder.folder());
         QCOMPARE(files.size(), 3);
-        QVERIFY(contentOf(builder.folder() + u'/' + files.last()).contains("third"));
+        QVERIFY(contentOf(builder.folder() + u'/' + files.last()).contains("second"));
         builder.store.commitDataRequest(anyManager());
         QCOMPARE(filesIn(builder.folder()),
                  (QStringList{u"database.xml"_s, u"database.xml.bak"_s}));
@@ -305,7 +313,7 @@ private Q_SLOTS:
 
     void backupWithoutItsDatabaseIsSetAside()
     {
-        const LogWatch log;
+        LogWatch log;
         StoreBuilder builder;
         const QString name = u"database.xml.bak"_s;
         const QString dated = name + Clock::today().toString(u"-yyyy-MM-dd"_s);
@@ -315,8 +323,11 @@ private Q_SLOTS:
             QFile backup(builder.folder() + u'/' + name);
             QVERIFY(backup.open(QIODevice::WriteOnly) && backup.write(content.toLatin1()) > 0);
             backup.close();
-            builder.store.commitDataRequest(anyManager());
-            builder.store.commitDataRequest(anyManager());
+            (void)builder.task(TaskStorage::ms_inboxId, content);
+            DiskFaults::failNext("rename", EIO, ".bak");
+            for (int i = 0; i < 3; ++i)
+                builder.store.commitDataRequest(anyManager());
+            QCOMPARE(log.take().size(), 1);
         }
         QCOMPARE(filesIn(builder.folder()),
                  (QStringList{u"database.xml"_s, name, dated, dated + u"_2"_s}));
