@@ -26,6 +26,16 @@ InstanceLock::EState tryFlock(int descriptor, int operation)
     return errno == EWOULDBLOCK ? InstanceLock::EState::busy : InstanceLock::EState::unavailable;
 }
 
+/// Whether the open file or folder is what the path leads to.
+bool isAt(int descriptor, const QString& path)
+{
+    struct stat held = {};
+    struct stat found = {};
+    return ::fstat(descriptor, &held) == 0 &&
+           ::stat(QFile::encodeName(path).constData(), &found) == 0 &&
+           held.st_dev == found.st_dev && held.st_ino == found.st_ino;
+}
+
 void closeIfOpen(int& descriptor)
 {
     if (descriptor >= 0)
@@ -48,8 +58,12 @@ InstanceLock::~InstanceLock()
 
 InstanceLock::EState InstanceLock::tryLock()
 {
-    if (m_held)
-        return EState::held;
+    const std::lock_guard lock(m_mutex);
+    return m_held ? EState::held : _tryLock();
+}
+
+InstanceLock::EState InstanceLock::_tryLock()
+{
     const EState file = _tryFile();
     // Whoever has no file takes the folder for itself, which no holder of a file lets it have.
     const bool isShared = m_folderMode == EFolder::shared && file == EState::held;
@@ -65,7 +79,7 @@ InstanceLock::EState InstanceLock::tryLock()
     m_held = m_fileHeld || folder == EState::held;
     if (m_fileHeld)
         ::fchmod(m_file, userOnly);
-    publish({});
+    _writeAddress();
     return m_held ? EState::held : EState::unavailable;
 }
 
@@ -74,11 +88,58 @@ QString InstanceLock::folder() const
     return QFileInfo(m_path).absolutePath();
 }
 
+bool InstanceLock::renew()
+{
+    const std::lock_guard lock(m_mutex);
+    if (!m_held)
+        return false;
+    if (m_folder >= 0 && !isAt(m_folder, folder()))
+        return _followFolder();
+    if (!m_fileHeld || isAt(m_file, m_path))
+        return true;
+    int deleted = std::exchange(m_file, -1);
+    const EState state = _tryFile();
+    if (state == EState::busy) {
+        std::swap(m_file, deleted);
+        closeIfOpen(deleted);
+        return false;
+    }
+    closeIfOpen(deleted);
+    m_fileHeld = state == EState::held;
+    _writeAddress();
+    return m_fileHeld || (m_folder >= 0 && tryFlock(m_folder, LOCK_EX) == EState::held);
+}
+
+/// Locks the folder that stands where the locked one stood.
+bool InstanceLock::_followFolder()
+{
+    struct stat held = {};
+    struct stat found = {};
+    if (::fstat(m_folder, &held) != 0 ||
+        ::stat(QFile::encodeName(folder()).constData(), &found) != 0 || held.st_dev != found.st_dev)
+        return false;
+    InstanceLock next(m_path, m_folderMode);
+    if (next._tryLock() != EState::held)
+        return false;
+    std::swap(m_file, next.m_file);
+    std::swap(m_folder, next.m_folder);
+    m_fileHeld = next.m_fileHeld;
+    _writeAddress();
+    return true;
+}
+
 void InstanceLock::publish(const QString& address)
 {
-    if (!m_fileHeld || ::ftruncate(m_file, 0) != 0 || address.isEmpty())
+    const std::lock_guard lock(m_mutex);
+    m_address = address;
+    _writeAddress();
+}
+
+void InstanceLock::_writeAddress()
+{
+    if (!m_fileHeld || ::ftruncate(m_file, 0) != 0 || m_address.isEmpty())
         return;
-    const QByteArray line = QFile::encodeName(address) + '\n';
+    const QByteArray line = QFile::encodeName(m_address) + '\n';
     // A line that is cut short lacks its line feed, and counts as none.
     [[maybe_unused]] const ssize_t written =
         ::pwrite(m_file, line.constData(), static_cast<size_t>(line.size()), 0);

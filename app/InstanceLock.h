@@ -3,11 +3,13 @@
 
 #include <QString>
 
+#include <mutex>
+
 /// An advisory lock, held by the kernel for as long as the process lives: it cannot be left behind
 /// by a kill or a power cut. It is on a file and on the folder of that file at once, since the file
 /// may be beyond our reach or be deleted, and since not every file system locks folders. The file
 /// carries the holder's address; we never delete it, or two copies could each lock a file of that
-/// name.
+/// name. Thread-safe.
 class InstanceLock
 {
 public:
@@ -32,6 +34,11 @@ public:
     /// Takes the lock if it is free; never waits.
     EState tryLock();
 
+    /// For the holder: whether the lock still is on what lies at the path. Locks what has been put
+    /// there since, unless another copy has, or the folder is now one of another file system, as
+    /// after an unmount.
+    [[nodiscard]] bool renew();
+
     [[nodiscard]] QString folder() const;
 
     /// For the holder: leaves its address for the others. Empty takes it back.
@@ -40,13 +47,18 @@ public:
     [[nodiscard]] QString address() const;
 
 private:
+    [[nodiscard]] EState _tryLock();
     [[nodiscard]] EState _tryFile();
     [[nodiscard]] EState _tryFolder(int operation);
+    [[nodiscard]] bool _followFolder();
+    void _writeAddress();
 
+    mutable std::mutex m_mutex;
     QString m_path;
     EFolder m_folderMode;
     int m_file = -1;
     int m_folder = -1;
     bool m_held = false;
     bool m_fileHeld = false;
+    QString m_address;
 };

@@ -15,6 +15,7 @@
 #include <QTimer>
 #include <QWidget>
 
+#include <algorithm>
 #include <sys/un.h>
 
 using namespace Qt::StringLiterals;
@@ -157,6 +158,12 @@ InstanceLock::EState QtSingleApplication::_tryLock()
             return state;
     }
     return InstanceLock::EState::held;
+}
+
+bool QtSingleApplication::renewLocks() const
+{
+    return std::all_of(m_locks.begin(), m_locks.end(),
+                       [](const auto& lock) { return lock->renew(); });
 }
 
 void QtSingleApplication::_publish(const QString& address)

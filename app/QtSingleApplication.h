@@ -39,6 +39,10 @@ public:
     /// Whether isRunning() made this copy the first one. If it found no other copy either, nothing
     /// can be locked.
     [[nodiscard]] bool isFirst() const { return m_server != nullptr; }
+    /// For the first copy, in any thread: whether its locks still keep the others out. Takes those
+    /// anew that were on what has been deleted or moved away.
+    [[nodiscard]] bool renewLocks() const;
+
     /// The folder in which isRunning() found nothing to lock; empty if there is none.
     [[nodiscard]] const QString& unlockableFolder() const { return m_unlockableFolder; }
 

@@ -166,7 +166,8 @@ int main(int argc, char** argv)
     if (!hasLog)
         hasLog = dynamic_singleton<logging::LogHelper>::inst().init(PathHelper::logFile());
     MVR_LOG_INFO(u"======================= Startup ======================="_s);
-    const TaskStorage::ErrorType error = dynamic_singleton<TaskCore>::inst().init();
+    const TaskStorage::ErrorType error = dynamic_singleton<TaskCore>::inst().init(
+        [first = app.get()] { return first->renewLocks(); });
     if (error != TaskStorage::NoError) {
         StartupRefusal::show(error);
         return 1;

@@ -89,7 +89,7 @@ TaskStorage::ErrorType TaskStorage::init()
     _createMissingGroup(ms_trashId, u"Trash"_s);
     _createMissingGroup(ms_completedId, u"Completed"_s);
     m_modification = intact ? 0 : 1;
-    m_commiter = std::make_unique<TaskStorageCommiter>(this, m_commitInterval);
+    m_commiter = std::make_unique<TaskStorageCommiter>(this, m_commitInterval, m_guard);
     m_commiter->setBackups(m_backups);
     _startCommiter();
     return NoError;

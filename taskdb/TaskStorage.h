@@ -10,6 +10,7 @@
 #include <QObject>
 #include <QRecursiveMutex>
 
+#include <functional>
 #include <memory>
 
 class QSessionManager;
@@ -51,6 +52,10 @@ public:
     /// How long the store must be still before it is written, in milliseconds; 60000 unless set.
     /// Takes effect at init().
     void setCommitInterval(int milliseconds) { m_commitInterval = milliseconds; }
+    /// `guard` is asked before each commit, in the thread that makes it, whether the file is still
+    /// this program's to write; a commit that it forbids fails as without its folder. Takes effect
+    /// at init().
+    void setGuard(const std::function<bool()>& guard) { m_guard = guard; }
     /// Whether dated backups are made; they are unless set. Takes effect at the next commit.
     void setBackups(bool enabled);
 
@@ -155,5 +160,6 @@ private:
     TaskTable m_tasks;
     int m_commitInterval = 60000;
     bool m_backups = true;
+    std::function<bool()> m_guard;
     std::unique_ptr<TaskStorageCommiter> m_commiter;
 };

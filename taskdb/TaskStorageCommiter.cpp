@@ -55,9 +55,11 @@ bool setLoneBackupAside(const QString& path)
 
 } // namespace
 
-TaskStorageCommiter::TaskStorageCommiter(TaskStorage* store, int intervalMs)
+TaskStorageCommiter::TaskStorageCommiter(TaskStorage* store, int intervalMs,
+                                         const std::function<bool()>& guard)
     : m_store(store)
     , m_intervalMs(intervalMs)
+    , m_guard(guard)
     , m_held(listedIn(store->m_groups))
     , m_backups(store->backupFolder())
 {
@@ -93,8 +95,11 @@ bool TaskStorageCommiter::begin()
         if (isNew)
             m_noThread.since = m_noThread.latest;
     }
-    if (isNew)
+    if (isNew) {
         MVR_LOG_ERR(u"Fatal! Failed to start the commit thread"_s);
+        // At such a limit the rest of the start may fail as well.
+        dynamic_singleton<logging::LogHelper>::inst().flush();
+    }
     _report();
     return isStarted;
 }
@@ -130,6 +135,8 @@ void TaskStorageCommiter::_pass(EPass kind)
     _writeIfDue(kind);
     if (kind != EPass::last)
         _report();
+    else if (_isFailing())
+        MVR_LOG_ERR(u"The last changes could not be saved"_s);
     m_backups.copyPending();
 }
 
@@ -205,6 +212,8 @@ void TaskStorageCommiter::_commit(const TaskStorageSnapsot& snapshot, bool isPas
 SafeWriteResult TaskStorageCommiter::_write(const TaskStorageSnapsot& snapshot)
 {
     const QString& path = m_store->databasePath();
+    if (m_guard && !m_guard())
+        return {ESafeWrite::openFailed, path, ENOENT};
     if (!setLoneBackupAside(path))
         return {ESafeWrite::openFailed, backupOf(path), errno};
     const auto write = [&snapshot](QIODevice& device) {

@@ -10,6 +10,7 @@
 #include <QWaitCondition>
 
 #include <atomic>
+#include <functional>
 
 class TaskStorage;
 struct SafeWriteResult;
@@ -22,8 +23,10 @@ class TaskStorageCommiter : public QThread
     Q_OBJECT
 
 public:
-    /// `intervalMs`: how often to look, in milliseconds. The store outlives this object.
-    TaskStorageCommiter(TaskStorage* store, int intervalMs);
+    /// `intervalMs`: how often to look, in milliseconds. `guard`: asked before each commit, if
+    /// there is one. The store outlives this object.
+    TaskStorageCommiter(TaskStorage* store, int intervalMs,
+                        const std::function<bool()>& guard = {});
     /// Has a pending change written, then ends the thread. Waits for a commit in progress. Where
     /// there is no thread the calling one writes.
     ~TaskStorageCommiter() override;
@@ -82,6 +85,7 @@ private:
     TaskStorageSnapsot m_snapshot;
 
     int m_intervalMs;
+    std::function<bool()> m_guard;
     bool m_ending = false; // guarded by m_mutex: a wake-up before anybody waits is not lost
     std::atomic<bool> m_hurrying = false;
     // Held from before the store's lock is released until the file is in place, so that an older

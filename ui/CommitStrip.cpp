@@ -119,7 +119,6 @@ CommitStrip::CommitStrip(QWidget* parent)
 void CommitStrip::setFailure(const CommitFailure& failure)
 {
     m_failure = failure;
-    m_tryButton->setEnabled(true);
     retranslateUI();
 }
 
@@ -151,10 +150,16 @@ QString CommitStrip::_reason() const
                : ChosenFile::reason(m_failure.error);
 }
 
-/// The outcome comes as the next failure, or as the end of all of them.
+void CommitStrip::insertIntoTabOrder(QWidget* before)
+{
+    setTabOrder(before, m_tryButton);
+    setTabOrder(m_tryButton, m_copyButton);
+}
+
+/// The outcome comes as the next failure, or as the end of all of them. The button stays as it is:
+/// disabled it would hand the focus on.
 void CommitStrip::_tryNow()
 {
-    m_tryButton->setEnabled(false);
     taskStorage().saveNow();
 }
 

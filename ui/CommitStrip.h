@@ -22,6 +22,9 @@ public:
     /// `failure`: one with a cause.
     void setFailure(const CommitFailure& failure);
 
+    /// Has Tab reach the buttons after `before`, a widget of the same window.
+    void insertIntoTabOrder(QWidget* before);
+
     void retranslateUI() override;
 
 protected:

@@ -305,7 +305,7 @@ void MainWindow::_onCommitStateChanged(const CommitFailure& failure)
         m_commitStrip->setFailure(failure);
         auto* layout = static_cast<QBoxLayout*>(m_rightPane->layout());
         layout->insertWidget(layout->indexOf(m_toolbar), m_commitStrip);
-        setTabOrder(m_taskList, m_commitStrip);
+        m_commitStrip->insertIntoTabOrder(m_taskList);
         return;
     }
     m_commitStrip->setFailure(failure);

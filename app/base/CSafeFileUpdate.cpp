@@ -38,8 +38,8 @@ public:
         if (m_descriptor < 0)
             return _fail();
         // Adds what the umask took. A file system without permissions is no reason to fail.
-        if (isModelled) [[maybe_unused]]
-            const int result = ::fchmod(m_descriptor, mode);
+        if (isModelled || access == EFileAccess::userOnly)
+            ::fchmod(m_descriptor, mode);
         m_buffer.reserve(bufferSize + bufferSize / 4);
         return open(WriteOnly | Unbuffered);
     }

@@ -24,10 +24,11 @@ TaskCore::~TaskCore()
         m_client->abortRequests(QDeadlineTimer(requestPatience));
 }
 
-TaskStorage::ErrorType TaskCore::init()
+TaskStorage::ErrorType TaskCore::init(const std::function<bool()>& guard)
 {
     setSharedStorage(nullptr);
     m_storage.reset(new TaskStorage(PathHelper::databaseFile()));
+    m_storage->setGuard(guard);
     setSharedStorage(m_storage.get());
     const TaskStorage::ErrorType result = m_storage->init();
     m_client = taskapi::TaskApiClient::shared();

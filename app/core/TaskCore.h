@@ -16,8 +16,9 @@ public:
     ~TaskCore() override;
     Q_DISABLE_COPY_MOVE(TaskCore)
 
-    /// Opens the user's database; any store held before is released.
-    [[nodiscard]] TaskStorage::ErrorType init();
+    /// Opens the user's database; any store held before is released. `guard`: see
+    /// TaskStorage::setGuard().
+    [[nodiscard]] TaskStorage::ErrorType init(const std::function<bool()>& guard = {});
 
     /// The store; empty before init().
     [[nodiscard]] const boost::shared_ptr<TaskStorage>& storage() const { return m_storage; }

@@ -1,4 +1,5 @@
 // One copy per folder: who is first, how messages reach it, and what must not disturb it.
+#include "app/InstanceLock.h"
 #include "app/QtSingleApplication.h"
 #include "tests/app/Child.h"
 
@@ -244,6 +245,39 @@ private Q_SLOTS:
             replace();
         const auto second = startCopy(folder.path(), u"show"_s, otherRuntime.path());
         QCOMPARE(role(*second), u"second sent"_s);
+    }
+
+    /// What other copies may do to a holder whose file or folder goes away.
+    void holderFollowsItsFolder()
+    {
+        using EState = InstanceLock::EState;
+        const QTemporaryDir root;
+        const QString folder = root.filePath(u"data"_s);
+        const QString path = folder + u"/lock"_s;
+        for (const auto mode : {InstanceLock::EFolder::exclusive, InstanceLock::EFolder::shared}) {
+            QVERIFY(QDir().mkpath(folder));
+            InstanceLock holder(path, mode);
+            QVERIFY(holder.tryLock() == EState::held && holder.renew());
+            const auto othersMay = [&] { return InstanceLock(path, mode).tryLock(); };
+            QVERIFY(QFile::remove(path) && holder.renew());
+            QCOMPARE(othersMay(), EState::busy);
+            QVERIFY(QDir().rename(folder, root.filePath(u"moved"_s)));
+            QVERIFY(!holder.renew());
+            QVERIFY(QDir().mkdir(folder) && holder.renew());
+            QCOMPARE(othersMay(), EState::busy);
+
+            QVERIFY(QDir(folder).removeRecursively() && QDir().mkdir(folder));
+            InstanceLock other(path, mode);
+            QCOMPARE(other.tryLock(), EState::held);
+            QVERIFY(!holder.renew());
+            QVERIFY(QDir(folder).removeRecursively());
+            QVERIFY(QDir(root.filePath(u"moved"_s)).removeRecursively());
+        }
+        QVERIFY(QDir().mkpath(folder));
+        InstanceLock holder(path, InstanceLock::EFolder::shared);
+        QVERIFY(holder.tryLock() == EState::held && QFile::remove(path));
+        InstanceLock other(path, InstanceLock::EFolder::shared);
+        QVERIFY(other.tryLock() == EState::held && !holder.renew());
     }
 
     void oneCopyPerFileThroughAnyLink()

@@ -88,11 +88,6 @@ private Q_SLOTS:
                           "general.run_on_system_startup=false\ngeneral.show_notifications=false\n"
                           "general.ui_language=ru_RU\nversion=0.1.2\n")
             << u"1 (-5 0 1 2) -7 000 ru_RU 0.1.2"_s;
-        QTest::newRow("rectangles of letters and of three numbers")
-            << QByteArray("[General]\nWindowRect=@Rect(1 2 3)\n"
-                          "general.main_window_frame=@Rect(a b 7 d)\n"
-                          "general.group_panel_width=@Rect(1 2 3)\n")
-            << u"0 (0 0 7 0) 0 111 en_US "_s;
     }
     void load()
     {

@@ -84,8 +84,6 @@ private Q_SLOTS:
 
         // Neither does trying in vain, and what is typed goes on.
         QTest::mouseClick(button(0), Qt::LeftButton);
-        QVERIFY(!button(0)->isEnabled());
-        QTRY_VERIFY(button(0)->isEnabled());
         keys(u", too"_s);
         QCOMPARE(QApplication::focusWidget(), editor);
 
@@ -112,7 +110,9 @@ private Q_SLOTS:
         addTasks({u"precious"_s});
         QTRY_VERIFY(strip());
         limitFiles(RLIM_INFINITY);
-        button(1)->setFocus(Qt::TabFocusReason);
+        key(Qt::Key_Tab);
+        QCOMPARE(QApplication::focusWidget(), button(0));
+        key(Qt::Key_Tab);
         key(Qt::Key_Space);
         QVERIFY(onDisk(copy).contains("precious"));
         QTRY_VERIFY(!strip());

@@ -60,18 +60,6 @@ private Q_SLOTS:
         }
     }
 
-    void pictureForTheRoom()
-    {
-        const QIcon icon = m_icons->icon(u"home"_s);
-        const auto shownAt = [&icon](int room, qreal ratio) {
-            return icon.pixmap(QSize(room, room), ratio).size();
-        };
-        QCOMPARE(shownAt(24, 1.0), QSize(24, 24));
-        QCOMPARE(shownAt(64, 1.0), QSize(48, 48));
-        QCOMPARE(shownAt(20, 1.5), QSize(30, 30));
-        QCOMPARE(shownAt(48, 3.0), QSize(144, 144));
-    }
-
     void catalogue()
     {
         const QStringList keys = m_icons->focusGroupIconKeys();

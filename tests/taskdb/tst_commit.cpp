@@ -174,6 +174,7 @@ private Q_SLOTS:
         QTest::newRow("write limit, on demand") << u"limit"_s << write << u"now"_s;
         QTest::newRow("swap, next pass") << u"rename"_s << swap << u"routine"_s;
         QTest::newRow("folder gone, end") << u"folder"_s << open << u"last"_s;
+        QTest::newRow("not ours any more") << u"guard"_s << open.chopped(4) << u"last"_s;
     }
     /// Though nothing is changed after the failure.
     void failuresAreMadeUpFor()
@@ -183,7 +184,8 @@ private Q_SLOTS:
         QFETCH(const QString, by);
         LogWatch log;
         StoreBuilder builder;
-        TaskStorageCommiter commiter(&builder.store, 60000);
+        bool isOurs = true;
+        TaskStorageCommiter commiter(&builder.store, 60000, [&isOurs] { return isOurs; });
         (void)builder.task(TaskStorage::ms_inboxId, u"kept"_s);
         commiter.forcedCommit();
         const QByteArray before = contentOf(builder.path());
@@ -194,17 +196,19 @@ private Q_SLOTS:
         getrlimit(RLIMIT_FSIZE, &old);
         const rlimit low{10, old.rlim_max};
         const QString elsewhere = builder.folder() + u"-elsewhere"_s;
+        isOurs = fault != u"guard";
         if (fault == u"limit")
             setrlimit(RLIMIT_FSIZE, &low);
         else if (fault == u"write")
             DiskFaults::failWritesAfter(20, ENOSPC, "database.xml");
         else if (fault == u"folder")
             QVERIFY(QDir().rename(builder.folder(), elsewhere));
-        else
+        else if (isOurs)
             DiskFaults::failNext(qPrintable(fault), EIO, "database.xml.new");
         commiter._pass(EPass::routine);
         setrlimit(RLIMIT_FSIZE, &old);
         DiskFaults::reset();
+        isOurs = true;
         QVERIFY(fault != u"folder" || QDir().rename(elsewhere, builder.folder()));
         QCOMPARE(contentOf(builder.path()), before);
         QCOMPARE(log.take(), QStringList{line.arg(builder.path())});
@@ -246,6 +250,7 @@ private Q_SLOTS:
         QCOMPARE(errorTold(), EIO);
         QCOMPARE(log.take().size(), 1);
         commiter._pass(EPass::last);
+        QCOMPARE(log.take(), QStringList{u"Critical The last changes could not be saved"_s});
         QCOMPARE(told.size(), 0);
         DiskFaults::reset();
         commiter.forcedCommit();
