@@ -139,27 +139,6 @@ private Q_SLOTS:
         }
     }
 
-    void endingDuringACommitLosesNothing()
-    {
-        const LogWatch log;
-        QTemporaryDir dir;
-        const QString path = dir.filePath(u"database.xml"_s);
-        QRandomGenerator random(11);
-        for (int round = 1; round <= 40; ++round) {
-            {
-                TaskStorage store(path);
-                store.setCommitInterval(1);
-                QCOMPARE(store.init(), TaskStorage::NoError);
-                const TodoTask::Id id = store.createTask(TaskStorage::ms_inboxId);
-                store.attachNotesToTask(id, QString(100000, u'n'));
-                QThread::usleep(random.bounded(6000));
-                (void)store.createTask(TaskStorage::ms_completedId);
-            }
-            QCOMPARE(tasksIn(path), round);
-            QCOMPARE(tasksIn(path, TaskStorage::ms_completedId), round);
-        }
-    }
-
     void failuresAreMadeUpFor_data()
     {
         QTest::addColumn<QString>("fault");

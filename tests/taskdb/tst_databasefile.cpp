@@ -128,24 +128,19 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("back");
-        const QString lost = u"a\uFFFDz"_s;
+        const QString twiceLost = u"a\uFFFD\uFFFDz"_s;
         const auto same = [](const char* name, const QString& text) {
             QTest::newRow(name) << text << text;
         };
         same("markup", u"<b>&amp;]]>\"'</b><!-- -->"_s);
-        same("blanks around", u"  a \t b  "_s);
-        same("line breaks", u"\n\na\n"_s);
-        same("blank", u" "_s);
-        same("emoji", u"🎹 क्षि שלום 日本"_s);
-        same("private use, byte-order mark", withCode(0xE000, 0xFEFF));
+        same("blanks and line breaks", u" \n\na \t b\n "_s);
+        same("scripts and byte-order mark", u"🎹 क्षि שלום 日本\uE000\uFEFF"_s);
         same("long", QString(300000, u'x') + u"€"_s + QString(300000, u'й'));
         QTest::newRow("carriage return") << u"a\r\nb\rc"_s << u"a\nb\nc"_s;
-        QTest::newRow("null") << withCode(0) << lost;
-        QTest::newRow("control") << withCode(0x1B) << lost;
-        QTest::newRow("high surrogate") << withCode(0xD800) << lost;
-        QTest::newRow("low surrogate") << withCode(0xDC00) << lost;
-        QTest::newRow("reversed pair") << withCode(0xDC00, 0xD800) << u"a\uFFFD\uFFFDz"_s;
-        QTest::newRow("noncharacters") << withCode(0xFFFE, 0xFFFF) << u"a\uFFFD\uFFFDz"_s;
+        QTest::newRow("controls") << withCode(0, 0x1B) << twiceLost;
+        QTest::newRow("lone surrogate") << withCode(0xD800) << u"a\uFFFDz"_s;
+        QTest::newRow("reversed pair") << withCode(0xDC00, 0xD800) << twiceLost;
+        QTest::newRow("noncharacters") << withCode(0xFFFE, 0xFFFF) << twiceLost;
         QTest::newRow("surrogate at the end") << u"a"_s + QChar(0xD83C) << u"a\uFFFD"_s;
     }
 
@@ -333,10 +328,6 @@ private Q_SLOTS:
         for (const FocusGroup::Id& id : std::as_const(ids))
             names += fresh.store.getGroup(id).name();
         QCOMPARE(names.join(u','), u"Inbox,Completed,Trash"_s);
-        QCOMPARE(TaskStorage::ms_inboxId.toString(), u"{b78901e8-4787-4e9e-8977-f940608e4fb9}"_s);
-        QCOMPARE(TaskStorage::ms_trashId.toString(), u"{86234c26-8e85-4c76-b80f-6046775b506a}"_s);
-        QCOMPARE(TaskStorage::ms_completedId.toString(),
-                 u"{51e5f2f1-6282-4377-8a69-e26b937a47ad}"_s);
 
         StoreBuilder renamed;
         renamed.store.renameGroup(TaskStorage::ms_inboxId, u"Eingang"_s);
@@ -371,14 +362,6 @@ private Q_SLOTS:
         QCOMPARE(int{store.init()}, error);
         QCOMPARE(log.take(),
                  error == 0 ? QStringList() : QStringList{u"Critical Database failed to load"_s});
-    }
-
-    void withoutADeviceNothingHappens()
-    {
-        const LogWatch log;
-        TaskStorage store({});
-        QCOMPARE(TaskStorageReader(&store).read(nullptr), TaskStorage::ReadFailure);
-        QVERIFY(!TaskStorageWriter().write(nullptr, TaskStorageSnapsot()));
     }
 };
 

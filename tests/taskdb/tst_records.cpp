@@ -84,22 +84,6 @@ private Q_SLOTS:
         QCOMPARE(task.empty(), !due.isValid());
     }
 
-    void groupClearKeepsTheIcon()
-    {
-        FocusGroup group;
-        QVERIFY(group.isCustom());
-        group.create();
-        group._rename(u"Home"_s);
-        group._setIconName(u"home"_s);
-        group._add(QUuid::createUuid());
-        QVERIFY(!group.load(u"nonsense", u"Garden"_s));
-        QCOMPARE(group.iconName(), u"home"_s);
-        QCOMPARE(group.name(), u"Garden"_s);
-        QVERIFY(group.tasks().isEmpty());
-        QVERIFY(group.load(u"{B78901E8-4787-4E9E-8977-F940608E4FB9}", u"Inbox"_s));
-        QVERIFY(!group.isCustom());
-    }
-
     void settersWriteThrough()
     {
         const LogWatch log;
