@@ -16,9 +16,9 @@ class DayWatchTest : public QObject
     Q_OBJECT
 
 private:
-    static QDateTime moment(const QString& text)
+    static void freeze(const QString& moment)
     {
-        return QDateTime::fromString(text, Qt::ISODateWithMs);
+        Clock::freeze(QDateTime::fromString(moment, Qt::ISODateWithMs));
     }
 
     static void setZone(const QByteArray& zone)
@@ -39,16 +39,14 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("zone");
         QTest::addColumn<QString>("before");
         QTest::addColumn<QString>("after");
-        const QByteArray berlin = "Europe/Berlin";
-        QTest::newRow("midnight") << berlin << u"2026-03-10T23:59:59.960"_s
-                                  << u"2026-03-11T00:00:00"_s;
-        QTest::newRow("slept for days")
-            << berlin << u"2026-03-10T23:59:59.960"_s << u"2026-03-14T08:00:00"_s;
-        QTest::newRow("clock set back")
-            << berlin << u"2026-03-10T23:59:59.960"_s << u"2026-02-28T12:00:00"_s;
-        QTest::newRow("a day without midnight")
-            << QByteArray("America/Sao_Paulo") << u"2017-10-14T23:59:59.960"_s
-            << u"2017-10-15T01:00:00"_s;
+        const auto row = [](const char* name, const QByteArray& zone, const QString& before,
+                            const QString& after) {
+            QTest::newRow(name) << zone << before + u"T23:59:59.960"_s << after;
+        };
+        row("midnight", "Europe/Berlin", u"2026-03-10"_s, u"2026-03-11T00:00:00"_s);
+        row("clock set back", "Europe/Berlin", u"2026-03-10"_s, u"2026-02-28T12:00:00"_s);
+        row("a day without midnight", "America/Sao_Paulo", u"2017-10-14"_s,
+            u"2017-10-15T01:00:00"_s);
     }
     void tells()
     {
@@ -56,7 +54,7 @@ private Q_SLOTS:
         QFETCH(QString, before);
         QFETCH(QString, after);
         setZone(zone);
-        Clock::freeze(moment(before));
+        freeze(before);
         DayWatch watch;
         QSignalSpy changes(&watch, &DayWatch::dayChanged);
         int wakeUps = 0;
@@ -67,7 +65,7 @@ private Q_SLOTS:
         QTRY_VERIFY(wakeUps >= 2);
         QCOMPARE(changes.count(), 0);
 
-        Clock::freeze(moment(after));
+        freeze(after);
         QTRY_COMPARE(changes.count(), 1);
         // The end of the new day is far off.
         const int lastWakeUp = wakeUps;

@@ -1,13 +1,10 @@
 // The log: lines as they reach the file, from any thread and on a full disk.
 #include "app/base/Clock.h"
 #include "app/base/LogHelper.h"
-#include "app/base/LogStorage.h"
+#include "tests/base/Files.h"
 #include "tests/support/DiskFaults.h"
-#include "tests/support/LogWatch.h"
 
-#include <QFile>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <cerrno>
 #include <memory>
@@ -16,16 +13,6 @@
 
 using namespace Qt::StringLiterals;
 using logging::LogHelper;
-
-namespace {
-
-constexpr int lineOfCall = __LINE__ + 3;
-void logFromFunction(int count, const QString& text)
-{
-    MVR_LOG_WARN(QString::number(count) + text);
-}
-
-} // namespace
 
 class TestLog : public QObject
 {
@@ -50,17 +37,8 @@ private Q_SLOTS:
         Clock::freeze(QDateTime({2024, 2, 3}, QTime(4, 5, 6, 5)));
         log.warn(u"\na\n\nb\n"_s);
         log.flush();
-        QCOMPARE(_read(), "Critical        2024-02-03T04:05:06.123   %1 \xD0\xB6\n"
-                          "Warning         2024-02-03T04:05:06.5     #a##b#\n"_ba);
-    }
-
-    void sourceLocation()
-    {
-        LogWatch watch;
-        logFromFunction(2, u" tasks"_s);
-        QCOMPARE(watch.takeRaw().value(0).mid(42),
-                 u"void {anonymous}::logFromFunction(int, const QString&),%1: 2 tasks"_s.arg(
-                     lineOfCall));
+        QCOMPARE(contentsOf(_path()), "Critical        2024-02-03T04:05:06.123   %1 \xD0\xB6\n"
+                                      "Warning         2024-02-03T04:05:06.5     #a##b#\n"_ba);
     }
 
     void linesOfThreadsStayWhole()
@@ -105,7 +83,7 @@ private Q_SLOTS:
                 log.flush();
         }
         QVERIFY(DiskFaults::failures() > 0);
-        QCOMPARE(_read().size(), 5000);
+        QCOMPARE(contentsOf(_path()).size(), 5000);
 
         DiskFaults::reset();
         log.flush();
@@ -130,34 +108,12 @@ private Q_SLOTS:
             QVERIFY2(line.startsWith("Critical ") && line.endsWith('|'), line.constData());
     }
 
-    void storage()
-    {
-        logging::LogStorage storage;
-        QVERIFY(!storage.isModified());
-        for (int i = 0; i < 100001; ++i)
-            storage.add({}, logging::warning, QString::number(i));
-        QCOMPARE(storage.messages().size(), 100001);
-        QCOMPARE(storage.messages().first().text, u"0"_s);
-        QVERIFY(storage.isModified());
-        QVERIFY(!storage.isModified());
-
-        storage.add({}, logging::warning, u"last"_s);
-        QCOMPARE(storage.messages().size(), 100001);
-        QCOMPARE(storage.messages().first().text, u"1"_s);
-        QCOMPARE(storage.messages().last().text, u"last"_s);
-    }
-
 private:
     [[nodiscard]] QString _path() const { return m_dir->filePath(u"log.txt"_s); }
-    [[nodiscard]] QByteArray _read() const
-    {
-        QFile file(_path());
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("unreadable");
-    }
     /// All lines; the last one's end is checked.
     [[nodiscard]] QByteArrayList _lines() const
     {
-        QByteArrayList lines = _read().split('\n');
+        QByteArrayList lines = contentsOf(_path()).split('\n');
         return lines.takeLast().isEmpty() ? lines : QByteArrayList{"cut line"};
     }
 

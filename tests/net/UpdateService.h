@@ -20,7 +20,7 @@ public:
         })
     {
         QNetworkProxy::setApplicationProxy(
-            {QNetworkProxy::HttpProxy, QStringLiteral("127.0.0.1"), server.port()});
+            {QNetworkProxy::HttpProxy, QStringLiteral("127.0.0.1"), server.serverPort()});
     }
     ~UpdateService() { QNetworkProxy::setApplicationProxy(QNetworkProxy::DefaultProxy); }
     Q_DISABLE_COPY_MOVE(UpdateService)

@@ -3,8 +3,8 @@
 #include "tests/net/Certificates.h"
 #include "tests/support/LogWatch.h"
 
-#include <QBuffer>
 #include <QRegularExpression>
+#include <QSemaphore>
 #include <QSslSocket>
 #include <QTest>
 #include <QTimer>
@@ -14,6 +14,26 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using Request = TestServer::Request;
+
+namespace {
+constexpr auto maxAnswer = net::HttpConnectionQt::maxAnswer;
+
+TestServer::Answer always(const QByteArray& answer)
+{
+    return [answer](const Request&, QSslSocket& socket) { socket.write(answer); };
+}
+
+QByteArray redirection(int status, const QByteArray& target)
+{
+    return TestServer::answer(status, "no", "Location: " + target + "\r\n");
+}
+
+/// An answer for a request that should be over by then, but still before its usual time-out.
+void answerLate(QSslSocket& socket)
+{
+    QTimer::singleShot(10s, &socket, [&socket] { socket.write(TestServer::answer(200, "late")); });
+}
+} // namespace
 
 class tst_HttpConnection : public QObject
 {
@@ -29,92 +49,86 @@ private Q_SLOTS:
     void init()
     {
         m_log = std::make_unique<LogWatch>();
-        m_connection = new net::HttpConnectionQt;
+        m_connection = std::make_unique<net::HttpConnectionQt>();
         m_connection->setReferer(u"Tést 1.2.3"_s);
         m_response = "left over";
     }
 
     void cleanup()
     {
-        delete m_connection;
+        m_connection.reset();
         m_log.reset();
     }
 
-    void constants()
+    void packedAnswersAreNotWantedAndStayPacked()
     {
-        QBuffer out;
-        QVERIFY(m_connection->open(u"host"_s, 1));
-        QVERIFY(m_connection->close());
-        QCOMPARE(m_connection->statusCode(), -1);
-        QCOMPARE(m_connection->contentLength(), -1);
-        QCOMPARE(m_connection->read(out, 1), -1);
-        QCOMPARE(m_connection->referer(), u"Tést 1.2.3"_s);
-        QVERIFY(dynamic_cast<net::HttpConnectionQt*>(net::HttpConnection::create().get()));
-    }
-
-    void headersAsText()
-    {
-        const net::HttpHeaders headers{{u"A"_s, u"1"_s}, {u"B"_s, u"2 3"_s}};
-        const QString text = net::HttpConnection::headersToString(headers);
-        QVERIFY(text == "A: 1\nB: 2 3\n"_L1 || text == "B: 2 3\nA: 1\n"_L1);
-        QCOMPARE(net::HttpConnection::headersToString({}), QString());
-    }
-
-    void plainAnswers_data()
-    {
-        QTest::addColumn<int>("status");
-        QTest::addColumn<int>("size");
-        QTest::addColumn<bool>("accepted");
-        QTest::newRow("empty") << 200 << 0 << true;
-        QTest::newRow("short") << 200 << 17 << true;
-        QTest::newRow("whole chunks") << 200 << 4096 << true;
-        QTest::newRow("not quite success") << 203 << 10 << true;
-        QTest::newRow("as large as may be") << 200 << 8 * 1024 * 1024 << true;
-        QTest::newRow("too large") << 200 << 8 * 1024 * 1024 + 1 << false;
-        QTest::newRow("not found") << 404 << 10 << false;
-        QTest::newRow("server error") << 500 << 10 << false;
-    }
-
-    void plainAnswers()
-    {
-        QFETCH(const int, status);
-        QFETCH(const int, size);
-        QFETCH(const bool, accepted);
-        const QByteArray body(size, 'b');
-        const TestServer server([&](const Request&, QSslSocket& socket) {
-            socket.write(TestServer::answer(status, body));
-        });
-
-        QCOMPARE(_get(server.url(u"/a?b=c"_s)), accepted);
-        QVERIFY(m_response == (accepted ? body : QByteArray()));
-        QCOMPARE(_errors().size(), accepted ? 0 : 1);
+        const QByteArray packed = qCompress(QByteArray(9'000'000, 'x')).sliced(4);
+        const TestServer server(
+            always(TestServer::answer(200, packed, "Content-Encoding: deflate\r\n")));
+        QVERIFY(_get(server.url(u"/a?b=c"_s)));
+        QVERIFY(m_response == packed);
 
         const Request request = server.requests().value(0);
         QCOMPARE(request.method, "GET");
         QCOMPARE(request.target, "/a?b=c");
-        QCOMPARE(request.header("User-Agent"), "T\xe9st 1.2.3");
-        QVERIFY(request.header("X-Extra").isNull());
+        QCOMPARE(request.headers.value("accept-encoding"), "identity");
+        QCOMPARE(request.headers.value("user-agent"), "T\xe9st 1.2.3");
+        QVERIFY(!request.headers.contains("x-extra"));
     }
 
-    void packedAnswersStayPacked()
+    void answers_data()
     {
-        const QByteArray packed = qCompress(QByteArray(9'000'000, 'x')).sliced(4);
+        QTest::addColumn<QByteArray>("answer");
+        QTest::addColumn<QString>("error");
+        const auto row = [](const char* name, const QByteArray& answer, const QString& error) {
+            QTest::newRow(name) << answer << error;
+        };
+        const auto sized = [](qsizetype size) {
+            return TestServer::answer(200, QByteArray(size, 'b'));
+        };
+        row("as large as may be", sized(maxAnswer), {});
+        row("too large", sized(maxAnswer + 1), u"The answer is too large"_s);
+        row("not found", TestServer::answer(404, "no"), u"Error transferring"_s);
+        row("cut", "HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\n12345", u"Connection closed"_s);
+        row("closed at once", {}, u"Connection closed"_s);
+    }
+
+    void answers()
+    {
+        QFETCH(const QByteArray, answer);
+        QFETCH(const QString, error);
         const TestServer server([&](const Request&, QSslSocket& socket) {
-            socket.write(TestServer::answer(200, packed, "Content-Encoding: deflate\r\n"));
+            socket.write(answer);
+            socket.disconnectFromHost();
         });
-        QVERIFY(_get(server.url(u"/"_s)));
-        QVERIFY(m_response == packed);
-        QCOMPARE(server.requests().first().header("Accept-Encoding"), "identity");
+        QCOMPARE(_get(server.url(u"/"_s)), error.isEmpty());
+        const QByteArray body = answer.mid(answer.indexOf("\r\n\r\n") + 4);
+        QVERIFY(m_response == (error.isEmpty() ? body : QByteArray()));
+        const QString errors = _errors();
+        QCOMPARE(errors.isEmpty(), error.isEmpty());
+        QVERIFY2(errors.startsWith(error), qPrintable(errors));
+    }
+
+    void endlessAnswersEnd()
+    {
+        const TestServer server([](const Request&, QSslSocket& socket) {
+            QObject::connect(&socket, &QIODevice::bytesWritten, &socket, [&socket] {
+                if (socket.bytesToWrite() == 0)
+                    socket.write(QByteArray(65536, 'x'));
+            });
+            socket.write("HTTP/1.1 200 OK\r\n\r\n");
+        });
+        QVERIFY(!_get(server.url(u"/"_s)));
+        QVERIFY(m_response.size() <= maxAnswer);
+        QCOMPARE(_errors(), u"The answer is too large"_s);
     }
 
     void errorsAreFitForTheLog()
     {
-        const TestServer server([&](const Request&, QSslSocket& socket) {
-            socket.write("HTTP/1.1 404 \033[31m" + QByteArray(10'000, 'x') +
-                         "\r\nContent-Length: 0\r\n\r\n");
-        });
+        const TestServer server(always("HTTP/1.1 404 \033[31m" + QByteArray(10'000, 'x') +
+                                       "\r\nContent-Length: 0\r\n\r\n"));
         QVERIFY(!_get(server.url(u"/"_s)));
-        const QString error = _errors().value(0);
+        const QString error = _errors();
         QVERIFY2(error.contains(" [31mxxx"_L1), qPrintable(error));
         QCOMPARE(error.size(), 500);
     }
@@ -133,8 +147,7 @@ private Q_SLOTS:
             QTest::newRow(name) << identity << pinned << accepted;
         };
         row("pinned", own, own.certificate, true);
-        row("another self-signed one", other, own.certificate, false);
-        row("pinned second", other, own.certificate + other.certificate, false);
+        row("another one, pinned second", other, own.certificate + other.certificate, false);
         row("pinned but expired", expired, expired.certificate, false);
         row("pinned but for another host", wrongHost, wrongHost.certificate, false);
         row("nothing pinned", own, {}, false);
@@ -145,190 +158,116 @@ private Q_SLOTS:
         QFETCH(const TestServer::Identity, identity);
         QFETCH(const QByteArray, pinned);
         QFETCH(const bool, accepted);
-        const TestServer server(
-            [](const Request&, QSslSocket& socket) {
-                socket.write(TestServer::answer(200, "yes"));
-            },
-            identity);
+        const TestServer server(always(TestServer::answer(200, "yes")), identity);
         const PinnedCertificate pin(pinned);
 
         QCOMPARE(_get(server.url(u"/"_s)), accepted);
         QCOMPARE(m_response, accepted ? "yes" : "");
-        const QString errors = _errors().join(u'/');
+        QCOMPARE(server.requests().isEmpty(), !accepted);
+        const QString errors = _errors();
         QCOMPARE(errors.isEmpty(), accepted);
         QVERIFY2(accepted || errors.startsWith("SSL handshake failed"_L1), qPrintable(errors));
-        QCOMPARE(server.requests().isEmpty(), !accepted);
-    }
-
-    void redirectsRepeatTheRequest_data()
-    {
-        QTest::addColumn<int>("status");
-        for (const int status : {301, 302, 303, 307, 308})
-            QTest::addRow("%d", status) << status;
     }
 
     void redirectsRepeatTheRequest()
     {
-        QFETCH(const int, status);
         // The toolkit names a content type of its own and says so.
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"content-type missing"_s));
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"content-type missing"_s));
-        const TestServer server([status](const Request& request, QSslSocket& socket) {
-            socket.write(request.target == "/old"
-                             ? TestServer::answer(status, "no", "Location: /new?x=1\r\n")
-                             : TestServer::answer(200, "yes"));
-        });
-        QVERIFY(m_connection->post(server.url(u"/old"_s), "the body", m_response, {}));
-        QCOMPARE(m_response, "yes");
-        QCOMPARE(server.requests().size(), 2);
-        const Request request = server.requests().last();
-        QCOMPARE(request.method, "POST");
-        QCOMPARE(request.target, "/new?x=1");
-        QCOMPARE(request.body, "the body");
-    }
-
-    void redirectsAreResolvedAgainstTheFirstAddress()
-    {
+        for (int i = 0; i < 3; ++i)
+            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"content-type missing"_s));
         // On https: what is excused is excused anew at each step.
         const TestServer::Identity identity = makeIdentity(u"IP:127.0.0.1"_s);
         const PinnedCertificate pin(identity.certificate);
         const TestServer server(
             [](const Request& request, QSslSocket& socket) {
-                const QByteArray next = request.target == "/first/a" ? "/second/b" : "c";
-                socket.write(request.target == "/first/c"
-                                 ? TestServer::answer(200, "yes")
-                                 : TestServer::answer(302, {}, "Location: " + next + "\r\n"));
+                // Addresses that are relative are so to the first one.
+                const QByteArray next = request.target == "/first/a" ? "/second/b" : "c?x=1";
+                socket.write(request.target == "/first/c?x=1" ? TestServer::answer(200, "yes")
+                                                              : redirection(303, next));
             },
             identity);
-        QVERIFY(_get(server.url(u"/first/a"_s)));
+        QVERIFY(m_connection->post(server.url(u"/first/a"_s), "the body", m_response, {}));
         QCOMPARE(m_response, "yes");
+        QCOMPARE(server.requests().size(), 3);
+        QCOMPARE(server.requests().last().method, "POST");
+        QCOMPARE(server.requests().last().body, "the body");
     }
 
     void redirectsEnd()
     {
-        const TestServer server([](const Request&, QSslSocket& socket) {
-            socket.write(TestServer::answer(302, "body", "Location: /again\r\n"));
-        });
+        const TestServer server(always(redirection(302, "/again")));
         QVERIFY(_get(server.url(u"/"_s)));
         QCOMPARE(m_response, "");
         QVERIFY(server.requests().size() == 10 || server.requests().size() == 11);
     }
 
-    void refusedAddresses_data()
+    void httpsIsNotLeftForHttp()
     {
-        QTest::addColumn<bool>("secure");
-        QTest::addColumn<QString>("target");
-        QTest::newRow("from https to http") << true << u"http://127.0.0.1/"_s;
-        QTest::newRow("a file") << false << u"file:///etc/hostname"_s;
-        QTest::newRow("data") << false << u"data:,text"_s;
-        QTest::newRow("resources") << false << u"qrc:/network/server.pem"_s;
-        QTest::newRow("a port where nobody listens") << false << u"http://127.0.0.1:1/"_s;
-        QTest::newRow("no host") << false << u"http://"_s;
-    }
-
-    void refusedAddresses()
-    {
-        QFETCH(const bool, secure);
-        QFETCH(const QString, target);
-        const TestServer::Identity identity =
-            secure ? makeIdentity(u"IP:127.0.0.1"_s) : TestServer::Identity();
+        const TestServer plain(always(TestServer::answer(200, "yes")));
+        const TestServer::Identity identity = makeIdentity(u"IP:127.0.0.1"_s);
         const PinnedCertificate pin(identity.certificate);
-        const TestServer server(
-            [&](const Request&, QSslSocket& socket) {
-                socket.write(
-                    TestServer::answer(302, "no", "Location: " + target.toLatin1() + "\r\n"));
-            },
-            identity);
+        const TestServer server(always(redirection(302, plain.url(u"/"_s).toEncoded())), identity);
         QVERIFY(!_get(server.url(u"/"_s)));
         QCOMPARE(m_response, "");
         QCOMPARE(server.requests().size(), 1);
-        QCOMPARE(_errors().size(), 1);
+        QCOMPARE(plain.requests().size(), 0);
+        QCOMPARE(m_log->take().size(), 1);
     }
 
-    void hostileAnswers_data()
+    void filesAreNotFetched()
     {
-        QTest::addColumn<QByteArray>("head");
-        QTest::addColumn<QByteArray>("repeated");
-        QTest::addColumn<QString>("error");
-        const QByteArray ok = "HTTP/1.1 200 OK\r\n";
-        const auto row = [](const char* name, const QByteArray& head, const QByteArray& repeated,
-                            const QString& error) {
-            QTest::newRow(name) << head << repeated << error;
-        };
-        row("endless", ok + "\r\n", QByteArray(65536, 'x'), u"The answer is too large"_s);
-        row("cut", ok + "Content-Length: 100\r\n\r\n12345", {}, u"Connection closed"_s);
-        row("no HTTP", "SSH-2.0-server\r\n", {}, u"Connection closed"_s);
-        row("closed at once", {}, {}, u"Connection closed"_s);
-    }
-
-    void hostileAnswers()
-    {
-        QFETCH(const QByteArray, head);
-        QFETCH(const QByteArray, repeated);
-        QFETCH(const QString, error);
-        const TestServer server([&](const Request&, QSslSocket& socket) {
-            socket.write(head);
-            if (repeated.isEmpty())
-                socket.disconnectFromHost();
-            else
-                QObject::connect(&socket, &QIODevice::bytesWritten, &socket, [&socket, &repeated] {
-                    if (socket.bytesToWrite() == 0)
-                        socket.write(repeated);
-                });
-        });
+        const TestServer server(always(redirection(302, "file:///etc/passwd")));
         QVERIFY(!_get(server.url(u"/"_s)));
-        QVERIFY(m_response.size() <= net::HttpConnectionQt::maxAnswer);
-        QCOMPARE(_errors(), {error});
+        QCOMPARE(m_response, "");
+        QCOMPARE(m_log->take().size(), 1);
     }
 
     void silenceTimesOut()
     {
         m_connection->setTimeout(300ms);
-        const TestServer server([](const Request&, QSslSocket&) {});
+        const TestServer server([](const Request&, QSslSocket& socket) { answerLate(socket); });
         QVERIFY(!_get(server.url(u"/"_s)));
-        QCOMPARE(_errors(), {u"Operation canceled"_s});
-
-        // What comes in pieces is put together.
-        m_connection->setTimeout(20s);
-        const TestServer slow([](const Request&, QSslSocket& socket) {
-            socket.write("HTTP/1.1 200 OK\r\nContent-Length: 5\r\n\r\n");
-            auto* const timer = new QTimer(&socket);
-            QObject::connect(timer, &QTimer::timeout, &socket, [&socket] { socket.write("x"); });
-            timer->start(50ms);
-        });
-        QVERIFY(_get(slow.url(u"/"_s)));
-        QCOMPARE(m_response, "xxxxx");
+        QCOMPARE(_errors(), u"Operation canceled"_s);
     }
 
     void abortEndsTheRequest()
     {
-        const TestServer server([](const Request&, QSslSocket&) {});
-        std::thread aborter([&] {
-            if (server.waitForRequests(1))
-                m_connection->abort();
+        const TestServer server([this](const Request&, QSslSocket& socket) {
+            std::thread(&net::HttpConnectionQt::abort, m_connection.get()).join();
+            answerLate(socket);
         });
         QVERIFY(!_get(server.url(u"/"_s)));
-        aborter.join();
         QVERIFY(!_get(server.url(u"/"_s)));
-        QCOMPARE(_errors(), QStringList(2, u"Operation canceled"_s));
+        QCOMPARE(_errors(), u"Operation canceled/Operation canceled"_s);
         QCOMPARE(server.requests().size(), 1);
     }
 
     void abortEndsTheSearchForAProxy()
     {
-        const TestServer script([](const Request&, QSslSocket&) {});
-        qputenv("http_proxy", "pac+http://127.0.0.1:" + QByteArray::number(script.port()) + '/');
+        QSemaphore listening;
+        QSemaphore end;
+        quint16 port = 0;
         bool asked = false;
-        std::thread aborter([&] {
-            asked = script.waitForRequests(1);
+        std::thread script([&] {
+            QTcpServer server;
+            server.listen(QHostAddress::LocalHost);
+            port = server.serverPort();
+            listening.release();
+            asked = server.waitForNewConnection(20'000);
             m_connection->abort();
+            end.tryAcquire(1, 10'000);
         });
-        QVERIFY(!_get(QUrl(u"http://nowhere.invalid/"_s)));
-        aborter.join();
+        listening.acquire();
+        qputenv("http_proxy", "pac+http://127.0.0.1:" + QByteArray::number(port) + '/');
+        const bool got = _get(QUrl(u"http://nowhere.invalid/"_s));
+        end.release();
+        script.join();
         qunsetenv("http_proxy");
+        QVERIFY(!got);
+        const QString errors = _errors();
         if (!asked)
             QSKIP("this system asks no scripts for proxies");
-        QCOMPARE(_errors(), {u"Operation canceled"_s});
+        // Had the search gone on without the script, the host would not have been found.
+        QCOMPARE(errors, u"Operation canceled"_s);
     }
 
 private:
@@ -337,21 +276,14 @@ private:
         return m_connection->get(url, m_response, {{u"X-Extra"_s, u"1"_s}});
     }
 
-    /// The logged errors since the last call.
-    QStringList _errors()
+    /// The errors logged since the last call.
+    QString _errors()
     {
-        QStringList lines = m_log->take();
-        for (QString& line : lines) {
-            if (line.startsWith("Critical some error happened "_L1))
-                line.remove(0, 29);
-            else
-                line = u"unexpected: "_s + line;
-        }
-        return lines;
+        return m_log->take().join(u'/').remove(u"Critical some error happened "_s);
     }
 
     std::unique_ptr<LogWatch> m_log;
-    net::HttpConnectionQt* m_connection = nullptr;
+    std::unique_ptr<net::HttpConnectionQt> m_connection;
     QByteArray m_response;
 };
 

@@ -31,12 +31,21 @@ protected:
     TaskStorage& store() { return *dynamic_singleton<TaskCore>::inst().storage(); }
     TaskListWidget& list() { return *m_window->taskList(); }
     TaskWidget* row(qsizetype number) { return list().rowWidget(number); }
+    TodoTask task(qsizetype number) { return store().get(list().rows().idAt(number)); }
 
     void addTasks(const QStringList& names, const FocusGroup::Id& group = TaskStorage::ms_inboxId)
     {
         for (const QString& name : names)
             store().renameTask(store().createTask(group), name);
         QCoreApplication::processEvents();
+    }
+
+    void addNumberedTasks(int count)
+    {
+        QStringList names;
+        for (int i = 0; i < count; ++i)
+            names += QString::number(i);
+        addTasks(names);
     }
 
     QString namesIn(const FocusGroup::Id& group)
@@ -56,7 +65,7 @@ protected:
         QStringList names;
         for (qsizetype i = 0; i < list().rows().count(); ++i) {
             if (list().rows().isSelected(i))
-                names += store().get(list().rows().idAt(i)).name();
+                names += task(i).name();
         }
         return names.join(u',');
     }

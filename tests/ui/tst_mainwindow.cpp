@@ -1,6 +1,5 @@
 // The window as a user works with it, by mouse and keyboard, on a real store.
 
-#include "tests/support/Capitals.h"
 #include "tests/ui/WindowTest.h"
 #include "ui/FocusGroupListWidget.h"
 #include "ui/FocusGroupWidget.h"
@@ -9,7 +8,6 @@
 #include "ui/controls/FancyToolBtn.h"
 #include "ui/controls/TaskCheckbox.h"
 
-#include <QScrollArea>
 #include <QScrollBar>
 
 using namespace Qt::StringLiterals;
@@ -19,63 +17,66 @@ class MainWindowTest : public WindowTest
     Q_OBJECT
 
 private:
+    using Act = std::function<void()>;
+
     static ProgramSettings& settings() { return dynamic_singleton<ProgramSettings>::inst(); }
 
 private Q_SLOTS:
     void newTaskIsNamedInPlaceAndStoredAtEveryKey()
     {
         dynamic_singleton<ActionsHelper>::inst().newTask()->trigger();
-        QVERIFY(row(0)->isEditing());
         keys(u"Bu"_s);
         QCOMPARE(inbox(), u"Bu"_s);
         keys(u"y milk"_s);
         key(Qt::Key_Return);
+        // The Return that ended the edit does not start it again; the next one does.
         QVERIFY(!row(0)->isEditing());
         QCOMPARE(shown(), u"Buy milk"_s);
         QVERIFY(listHasFocus());
-        // The Return that ended the edit does not start it again; the next one does.
+        key(Qt::Key_Return);
+        QVERIFY(row(0)->isEditing());
+        // After the other Enter, too.
+        key(Qt::Key_Enter);
         QVERIFY(!row(0)->isEditing());
         key(Qt::Key_Return);
         QVERIFY(row(0)->isEditing());
         key(Qt::Key_Escape);
         QVERIFY(!row(0)->isEditing());
-        QCOMPARE(inbox(), u"Buy milk"_s);
+        key(Qt::Key_Escape);
+        QVERIFY(!m_window->isVisible());
     }
 
     void newTaskLeftEmptyVanishes_data()
     {
-        QTest::addColumn<QString>("end");
-        for (const char* end :
-             {"escape", "return", "click", "group", "cleanup", "close", "only one"})
-            QTest::newRow(end) << QString::fromLatin1(end);
+        QTest::addColumn<Act>("end");
+        QTest::newRow("Escape") << Act([this] { key(Qt::Key_Escape); });
+        QTest::newRow("Return") << Act([this] { key(Qt::Key_Return); });
+        QTest::newRow("click") << Act(
+            [this] { QTest::mouseClick(list().viewport(), Qt::LeftButton, {}, emptySpace()); });
+        QTest::newRow("group") << Act(
+            [this] { m_window->groupList()->setCurrentGroup(TaskStorage::ms_completedId); });
+        QTest::newRow("cleanup") << Act([this] { list().cleanup(); });
+        QTest::newRow("close") << Act([this] { m_window.reset(); });
+        QTest::newRow("close, the only task") << Act([this] {
+            store().removeTask(TaskStorage::ms_inboxId, task(0).id(), true);
+            m_window.reset();
+            addTasks({u"a"_s});
+        });
     }
 
     void newTaskLeftEmptyVanishes()
     {
-        QFETCH(QString, end);
-        const bool onlyOne = end == u"only one"_s;
-        addTasks(onlyOne ? QStringList() : QStringList(u"a"_s));
+        QFETCH(Act, end);
+        addTasks({u"a"_s});
         list().newTask();
         keys(u"x"_s);
         key(Qt::Key_Backspace);
-        QCOMPARE(list().rows().count(), onlyOne ? 1 : 2);
-        if (end == u"escape") {
-            key(Qt::Key_Escape);
-        } else if (end == u"return") {
-            key(Qt::Key_Return);
-        } else if (end == u"click") {
-            QTest::mouseClick(list().viewport(), Qt::LeftButton, {}, emptySpace());
-        } else if (end == u"group") {
-            m_window->groupList()->setCurrentGroup(TaskStorage::ms_completedId);
-        } else if (end == u"cleanup") {
-            list().cleanup();
-        } else {
-            m_window.reset();
-        }
-        QCOMPARE(inbox(), onlyOne ? QString() : u"a"_s);
+        QCOMPARE(list().rows().count(), 2);
+        end();
+        QCOMPARE(inbox(), u"a"_s);
         QCOMPARE(store().getGroup(TaskStorage::ms_trashId).tasks().size(), 0);
         if (m_window)
-            QCOMPARE(list().rows().count(), end == u"group" ? 0 : 1);
+            QCOMPARE(list().rows().count(), store().getGroup(list().groupId()).tasks().size());
     }
 
     void oldTaskThatWasEmptiedStays()
@@ -90,12 +91,17 @@ private Q_SLOTS:
         QCOMPARE(list().rows().count(), 1);
     }
 
-    void doubleClickOnEmptySpaceStartsANewTask()
+    void doubleClickOnEmptySpaceAndShiftReturnMakeANewTask()
     {
+        addTasks({u"a"_s});
         QTest::mouseDClick(list().viewport(), Qt::LeftButton, {}, emptySpace());
-        QVERIFY(row(0)->isEditing());
-        keys(u"typed"_s);
-        QCOMPARE(inbox(), u"typed"_s);
+        QTest::mouseRelease(list().viewport(), Qt::LeftButton, {}, emptySpace());
+        QVERIFY(list().rows().isSelected(1) && row(1)->isEditing());
+        keys(u"b"_s);
+        key(Qt::Key_Escape);
+        key(Qt::Key_Return, Qt::ShiftModifier);
+        keys(u"c"_s);
+        QCOMPARE(inbox(), u"a,b,c"_s);
     }
 
     void mouseSelects()
@@ -105,23 +111,19 @@ private Q_SLOTS:
         QCOMPARE(selected(), u"b"_s);
         click(3, Qt::ControlModifier);
         QCOMPARE(selected(), u"b,d"_s);
-        click(3, Qt::ControlModifier);
-        QCOMPARE(selected(), u"b,d"_s);
         click(1, Qt::ShiftModifier);
         QCOMPARE(selected(), u"b,c,d"_s);
         click(4, Qt::ShiftModifier);
         QCOMPARE(selected(), u"d,e"_s);
-        QCOMPARE(list().currentIndex(), 3);
         // A press on a selected row keeps the selection, for dragging; the release ends it.
         QTest::mousePress(list().viewport(), Qt::LeftButton, {}, middleOf(4));
         QCOMPARE(selected(), u"d,e"_s);
         QTest::mouseRelease(list().viewport(), Qt::LeftButton, {}, middleOf(4));
         QCOMPARE(selected(), u"e"_s);
+        QVERIFY(row(4)->selected() && !row(3)->selected());
         QTest::mouseClick(list().viewport(), Qt::LeftButton, {}, emptySpace());
         QCOMPARE(selected(), QString());
         QVERIFY(!dynamic_singleton<ActionsHelper>::inst().editTask()->isEnabled());
-        click(2, Qt::ShiftModifier);
-        QCOMPARE(selected(), u"c"_s);
     }
 
     void keysSelectAndDelete()
@@ -129,12 +131,8 @@ private Q_SLOTS:
         addTasks({u"a"_s, u"b"_s, u"c"_s});
         key(Qt::Key_Up);
         QCOMPARE(selected(), u"c"_s);
-        key(Qt::Key_Down);
-        QCOMPARE(selected(), u"c"_s);
         key(Qt::Key_Up);
         key(Qt::Key_Up, Qt::ShiftModifier);
-        QCOMPARE(selected(), u"a,b"_s);
-        key(Qt::Key_Up);
         QCOMPARE(selected(), u"a,b"_s);
         key(Qt::Key_Delete);
         QCOMPARE(inbox(), u"c"_s);
@@ -148,27 +146,13 @@ private Q_SLOTS:
         QCOMPARE(list().currentIndex(), -1);
     }
 
-    void shiftReturnMakesANewTask()
-    {
-        addTasks({u"a"_s});
-        key(Qt::Key_Down);
-        key(Qt::Key_Return, Qt::ShiftModifier);
-        keys(u"b"_s);
-        QCOMPARE(inbox(), u"a,b"_s);
-    }
-
     void tickingCompletesAndCleanupFiles()
     {
         addTasks({u"a"_s, u"b"_s, {}, u"c"_s, u"d"_s});
-        auto* box = row(1)->findChild<TaskCheckbox*>();
-        QTest::mouseClick(box, Qt::LeftButton);
-        const TodoTask done = store().get(list().rows().idAt(1));
-        QVERIFY(done.completed());
-        QCOMPARE(done.timeCompleted(), Clock::now());
+        QTest::mouseClick(row(1)->findChild<TaskCheckbox*>(), Qt::LeftButton);
+        QVERIFY(task(1).completed());
+        QCOMPARE(task(1).timeCompleted(), Clock::now());
         QVERIFY(row(1)->findChild<ElidedLabel*>()->font().strikeOut());
-        QTest::mouseClick(box, Qt::LeftButton);
-        QVERIFY(!store().get(done.id()).completed());
-        QTest::mouseClick(box, Qt::LeftButton);
         QTest::mouseClick(row(4)->findChild<TaskCheckbox*>(), Qt::LeftButton);
 
         dynamic_singleton<ActionsHelper>::inst().cleanup()->trigger();
@@ -180,16 +164,19 @@ private Q_SLOTS:
         QCOMPARE(store().getGroup(TaskStorage::ms_trashId).tasks().size(), 1);
     }
 
-    void tickingWhileEditingEndsTheEdit()
+    void tickingWhileEditingEndsTheEditAndUntickingGoesOn()
     {
         addTasks({u"a"_s});
-        key(Qt::Key_Down);
-        list().editTask();
-        const QList<TaskCheckbox*> boxes = row(0)->findChildren<TaskCheckbox*>();
-        QTest::mouseClick(boxes.last(), Qt::LeftButton);
+        edit(0);
+        QTest::mouseClick(row(0)->findChildren<TaskCheckbox*>().last(), Qt::LeftButton);
         QVERIFY(!row(0)->isEditing());
-        QVERIFY(store().get(list().rows().idAt(0)).completed());
-        QVERIFY(row(0)->findChild<TaskCheckbox*>()->isChecked());
+        QVERIFY(task(0).completed());
+        edit(0);
+        key(Qt::Key_End);
+        QTest::mouseClick(row(0)->findChildren<TaskCheckbox*>().last(), Qt::LeftButton);
+        QVERIFY(!task(0).completed());
+        keys(u"b"_s);
+        QCOMPARE(inbox(), u"ab"_s);
     }
 
     void listFollowsTheStore()
@@ -212,35 +199,18 @@ private Q_SLOTS:
         QVERIFY(!row(0)->isEditing());
     }
 
-    void rowColoursTellHowNear_data()
-    {
-        QTest::addColumn<int>("days");
-        QTest::addColumn<QColor>("colour");
-        QTest::newRow("overdue") << -3 << QColor(0xF2, 0xC9, 0xC8);
-        QTest::newRow("today") << 0 << QColor(0xF2, 0xC9, 0xC8);
-        QTest::newRow("tomorrow") << 1 << QColor(0xFF, 0xF2, 0xB9);
-        QTest::newRow("in three days") << 3 << QColor(0xFF, 0xF2, 0xB9);
-        QTest::newRow("in four days") << 4 << QColor(Qt::white);
-        QTest::newRow("never") << 9999 << QColor(Qt::white);
-        QTest::newRow("overdue but done") << -30 << QColor(Qt::white);
-    }
-
     void rowColoursTellHowNear()
     {
-        QFETCH(int, days);
-        QFETCH(QColor, colour);
         addTasks({u"a"_s});
-        if (days != 9999)
-            store().setTaskDueTime(list().rows().idAt(0), Clock::now().addDays(days));
-        if (days == -30)
-            store().completeTask(list().rows().idAt(0), true, Clock::now());
-        const auto colourOfRow = [this] {
+        const auto colourFor = [this](int days) {
+            store().setTaskDueTime(task(0).id(), Clock::now().addDays(days));
             const QImage image = row(0)->grab().toImage();
             return image.pixelColor(image.width() - 20, image.height() / 2);
         };
-        QCOMPARE(colourOfRow(), colour);
-        click(0);
-        QCOMPARE(colourOfRow(), QColor(0xC6, 0xD0, 0xDA));
+        QCOMPARE(colourFor(-3), colourFor(0));
+        QVERIFY(colourFor(0) != colourFor(1));
+        QCOMPARE(colourFor(1), colourFor(3));
+        QVERIFY(colourFor(3) != colourFor(4));
     }
 
     void groupsSwitchTheList()
@@ -249,105 +219,26 @@ private Q_SLOTS:
         auto& actions = dynamic_singleton<ActionsHelper>::inst();
         addTasks({u"in trash"_s}, TaskStorage::ms_trashId);
         FocusGroupWidget* trash = panel.entries().last();
-        QCOMPARE(trash->groupId(), TaskStorage::ms_trashId);
         QTest::mouseClick(trash, Qt::LeftButton);
         QVERIFY(trash->selected() && !panel.entries().first()->selected());
         QCOMPARE(shown(), u"in trash"_s);
         QVERIFY(!actions.newTask()->isEnabled() && !actions.cleanup()->isEnabled());
+        // The keys stay with the list, also after a click on the current group.
+        QTest::mouseClick(trash, Qt::LeftButton);
         QVERIFY(listHasFocus());
         QTest::mouseClick(panel.entries().first(), Qt::LeftButton);
-        QCOMPARE(list().rows().count(), 0);
         QVERIFY(actions.newTask()->isEnabled() && actions.cleanup()->isEnabled());
-    }
-
-    void clickOnTheCurrentGroupLeavesTheKeysToTheList()
-    {
-        addTasks({u"a"_s, u"b"_s});
-        QTest::mouseClick(m_window->groupList()->entries().first(), Qt::LeftButton);
-        QTest::mouseClick(m_window->groupList()->viewport(), Qt::LeftButton, {}, {2, 2});
-        QVERIFY(listHasFocus());
-        key(Qt::Key_Down);
-        QCOMPARE(selected(), u"a"_s);
-    }
-
-    void keypadEnterDoesNotSwallowTheNextReturn()
-    {
-        addTasks({u"a"_s});
-        key(Qt::Key_Down);
-        key(Qt::Key_Return);
-        key(Qt::Key_Enter);
-        QVERIFY(!row(0)->isEditing());
-        key(Qt::Key_Return);
-        QVERIFY(row(0)->isEditing());
-    }
-
-    void rowsFollowTheFont()
-    {
-        addTasks({u"a"_s, u"b"_s});
-        click(0);
-        list().editTask();
-        QFont font = list().font();
-        font.setPointSize(font.pointSize() * 2);
-        list().setFont(font);
-        QCoreApplication::processEvents();
-        for (qsizetype i = 0; i < 2; ++i) {
-            QCOMPARE(row(i)->height(), list().rows().height(i));
-            QCOMPARE(row(i)->height(), row(i)->faceHeight());
-        }
-        QVERIFY(row(1)->height() >= QFontMetrics(font).height());
-    }
-
-    void emptyGroupShowsNoRow()
-    {
-        for (const auto* widget : list().findChildren<TaskWidget*>())
-            QVERIFY(!widget->isVisible());
-    }
-
-    void releaseAfterADoubleClickOnEmptySpaceKeepsTheNewRow()
-    {
-        addTasks({u"a"_s});
-        QTest::mouseDClick(list().viewport(), Qt::LeftButton, {}, emptySpace());
-        QTest::mouseRelease(list().viewport(), Qt::LeftButton, {}, emptySpace());
-        QCOMPARE(list().currentIndex(), 1);
-        QVERIFY(list().rows().isSelected(1) && row(1)->isEditing());
     }
 
     void clickBelowTheFormHitsWhatWasPressed()
     {
-        addTasks({u"a"_s, u"b"_s, u"c"_s, u"d"_s, u"e"_s, u"f"_s, u"g"_s, u"h"_s});
+        addNumberedTasks(8);
         edit(0);
-        const QPoint onC = middleOf(2);
-        QTest::mouseClick(list().viewport(), Qt::LeftButton, {}, onC);
-        QCOMPARE(selected(), u"c"_s);
-        edit(0);
-        QTest::mouseClick(list().viewport(), Qt::LeftButton, {}, onC);
-        QTest::mouseDClick(list().viewport(), Qt::LeftButton, {}, onC);
-        QCOMPARE(selected(), u"c"_s);
+        const QPoint onTwo = middleOf(2);
+        QTest::mouseClick(list().viewport(), Qt::LeftButton, {}, onTwo);
+        QCOMPARE(selected(), u"2"_s);
+        QTest::mouseDClick(list().viewport(), Qt::LeftButton, {}, onTwo);
         QVERIFY(row(2)->isEditing());
-    }
-
-    void pressThatTakesTheEmptyRowAwayFindsItsOwn()
-    {
-        addTasks({u"a"_s});
-        list().newTask();
-        addTasks({u"b"_s});
-        QTRY_COMPARE(list().rows().count(), 3);
-        click(2);
-        QCOMPARE(shown(), u"a,b"_s);
-        QCOMPARE(selected(), u"b"_s);
-    }
-
-    void untickingWhileEditingGoesOnWithTheEdit()
-    {
-        addTasks({u"a"_s});
-        store().completeTask(list().rows().idAt(0), true, Clock::now());
-        click(0);
-        list().editTask();
-        key(Qt::Key_End);
-        QTest::mouseClick(row(0)->findChildren<TaskCheckbox*>().last(), Qt::LeftButton);
-        QVERIFY(row(0)->isEditing());
-        keys(u"b"_s);
-        QCOMPARE(inbox(), u"ab"_s);
     }
 
     void comingBackToTheWindowGoesOnTyping()
@@ -364,43 +255,21 @@ private Q_SLOTS:
         QCOMPARE(inbox(), u"half of it"_s);
     }
 
-    /// A body of a height that widgets take for none could not be scrolled.
-    void tallestBodyScrolls()
-    {
-        QVERIFY(TaskRows::maxBodyHeight < QWIDGETSIZE_MAX);
-        QScrollArea area;
-        area.setWidgetResizable(true);
-        auto* body = new QWidget;
-        area.setWidget(body);
-        area.show();
-        body->setMinimumHeight(TaskRows::maxBodyHeight);
-        QTRY_VERIFY(area.verticalScrollBar()->maximum() > 16'000'000);
-    }
-
-    void groupsStandInTheirOrder()
-    {
-        const FocusGroup::Id home = store().createGroup(u"Home"_s, {});
-        const FocusGroup::Id work = store().createGroup(u"Work"_s, {});
-        store().moveGroup(0, work);
-        const FocusGroupListWidget panel;
-        QList<FocusGroup::Id> shownIds;
-        for (const FocusGroupWidget* entry : panel.entries())
-            shownIds += entry->groupId();
-        QCOMPARE(shownIds, (QList{TaskStorage::ms_inboxId, work, home, TaskStorage::ms_completedId,
-                                  TaskStorage::ms_trashId}));
-    }
-
     void viewSwitches()
     {
         QAction* toggle = dynamic_singleton<ActionsHelper>::inst().switchView();
         QVERIFY(m_window->groupList()->isVisible());
         QCOMPARE(toggle->text(), u"Compact"_s);
+        const QWidget* button =
+            m_window->findChild<Toolbar*>()->findChildren<FancyToolBtn*>().last();
+        const int buttonWidth = button->width();
         m_window->findChild<FancySplitter*>()->setHandlePos(240);
         toggle->trigger();
         QVERIFY(settings().compactView);
         QTRY_COMPARE(toggle->text(), u"Normal"_s);
         QVERIFY(!m_window->groupList()->isVisible());
         QCOMPARE(list().width(), m_window->width() - 1);
+        QCOMPARE(button->width(), buttonWidth);
         // Switched again before the animation has ended.
         toggle->trigger();
         toggle->trigger();
@@ -410,40 +279,18 @@ private Q_SLOTS:
         QCOMPARE(list().width(), m_window->width() - 241);
     }
 
-    void placeAndViewOutliveTheWindow()
+    void panelWidthDraggedInNormalIsSaved()
     {
-        QCOMPARE(m_window->size(), QSize(800, 450));
-        m_window->setGeometry(30, 40, 700, 500);
-        m_window->findChild<FancySplitter*>()->setHandlePos(210);
-        dynamic_singleton<ActionsHelper>::inst().switchView()->trigger();
+        const int from = m_window->groupList()->width();
+        QWindow* window = m_window->windowHandle();
+        QTest::mousePress(window, Qt::LeftButton, {}, {from, 100});
+        QTest::mouseMove(window, {from + 33, 100});
+        QTest::mouseRelease(window, Qt::LeftButton, {}, {from + 33, 100});
         m_window.reset();
-        QCOMPARE(settings().mainWindowFrame, QRect(30, 40, 700, 500));
-        QCOMPARE(settings().groupPanelWidth, 210);
+        QCOMPARE(settings().groupPanelWidth, from + 33);
         m_window = std::make_unique<MainWindow>();
         m_window->show();
-        QCOMPARE(m_window->geometry(), QRect(30, 40, 700, 500));
-        QVERIFY(!m_window->groupList()->isVisible());
-        QCOMPARE(dynamic_singleton<ActionsHelper>::inst().switchView()->text(), u"Normal"_s);
-        m_window.reset();
-        QCOMPARE(settings().groupPanelWidth, 210);
-    }
-
-    void toggleIsAsWideWhateverItReads()
-    {
-        QAction* toggle = dynamic_singleton<ActionsHelper>::inst().switchView();
-        Capitals capitals;
-        QCoreApplication::installTranslator(&capitals);
-        QTRY_COMPARE(toggle->text(), u"TOGGLE VIEW"_s);
-        const QWidget* button =
-            m_window->findChild<Toolbar*>()->findChildren<FancyToolBtn*>().last();
-        const int width = button->width();
-        QVERIFY(width >= button->sizeHint().width());
-        for (const QString& text : {u"NORMAL"_s, u"COMPACT"_s}) {
-            toggle->trigger();
-            QTRY_COMPARE(toggle->text(), text);
-            QCOMPARE(button->width(), width);
-        }
-        QCoreApplication::removeTranslator(&capitals);
+        QCOMPARE(m_window->groupList()->width(), from + 33);
     }
 
     void everythingStaysInReachInANarrowWindow()
@@ -459,54 +306,26 @@ private Q_SLOTS:
         }
     }
 
-    void panelWidthFromTheFileIsBroughtIntoRange_data()
-    {
-        QTest::addColumn<int>("stored");
-        QTest::addColumn<int>("shown");
-        QTest::newRow("nothing") << 0 << 100;
-        QTest::newRow("negative") << -5 << 100;
-        QTest::newRow("too much") << 1215752191 << 800 - 101;
-        QTest::newRow("usual") << 190 << 190;
-    }
-
     void panelWidthFromTheFileIsBroughtIntoRange()
     {
-        QFETCH(int, stored);
-        QFETCH(int, shown);
-        m_window.reset();
-        settings().mainWindowFrame = QRect();
-        settings().groupPanelWidth = stored;
-        m_window = std::make_unique<MainWindow>();
-        m_window->show();
-        QCOMPARE(m_window->groupList()->width(), shown);
-    }
-
-    void escapeAndClosingHide()
-    {
-        addTasks({u"a"_s});
-        edit(0);
-        key(Qt::Key_Escape);
-        QVERIFY(m_window->isVisible());
-        key(Qt::Key_Escape);
-        QVERIFY(!m_window->isVisible());
-        m_window->show();
-        m_window->close();
-        QVERIFY(!m_window->isVisible());
+        for (const auto& [stored, shown] : {std::pair(-5, 100), std::pair(1215752191, 699)}) {
+            m_window.reset();
+            settings().mainWindowFrame = QRect();
+            settings().groupPanelWidth = stored;
+            m_window = std::make_unique<MainWindow>();
+            m_window->show();
+            QCOMPARE(m_window->groupList()->width(), shown);
+        }
     }
 
     /// A large group has widgets for the rows in view only, and all of them can be reached.
     void largeGroupHasFewWidgets()
     {
-        QList<TodoTask::Id> ids;
-        for (int i = 0; i < 20000; ++i) {
-            ids.append(store().createTask(TaskStorage::ms_completedId));
-            store().renameTask(ids.last(), QString::number(i));
-        }
+        for (int i = 0; i < 20000; ++i)
+            store().createTask(TaskStorage::ms_completedId);
         m_window->groupList()->setCurrentGroup(TaskStorage::ms_completedId);
-        QVERIFY(list().findChildren<TaskWidget*>().size() < 60);
         key(Qt::Key_Up);
         QCOMPARE(list().currentIndex(), 19999);
-        QCOMPARE(row(19999)->findChild<ElidedLabel*>()->text(), u"19999"_s);
         QVERIFY(list().viewport()->rect().contains(middleOf(19999)));
         QScrollBar* bar = list().verticalScrollBar();
         for (int step = 0; step <= 20; ++step) {
@@ -520,15 +339,6 @@ private Q_SLOTS:
             QVERIFY(covered >= list().viewport()->height() - 2 * TaskRows::margin);
         }
         QVERIFY(list().findChildren<TaskWidget*>().size() < 60);
-    }
-
-    void longNamesNeverWidenTheList()
-    {
-        addTasks({QString(5000, u'W'), u"two\nlines"_s});
-        QCOMPARE(list().horizontalScrollBar()->maximum(), 0);
-        QCOMPARE(row(0)->findChild<ElidedLabel*>()->text(), QString(5000, u'W'));
-        QVERIFY(row(0)->findChild<ElidedLabel*>()->width() < m_window->width());
-        QCOMPARE(row(0)->height(), row(1)->height());
     }
 };
 

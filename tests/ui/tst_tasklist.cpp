@@ -2,27 +2,12 @@
 #include "app/base/DayWatch.h"
 #include "tests/ui/WindowTest.h"
 #include "ui/GroupHintWidget.h"
-#include "ui/controls/FancyLineEdit.h"
+#include "ui/controls/LinkLabel.h"
 
 #include <QAccessible>
-#include <QLabel>
+#include <QScreen>
 
 using namespace Qt::StringLiterals;
-
-namespace {
-/// Counts the paint events of what it watches.
-class PaintCount : public QObject
-{
-public:
-    int count = 0;
-
-    bool eventFilter(QObject* /*watched*/, QEvent* event) override
-    {
-        count += event->type() == QEvent::Paint ? 1 : 0;
-        return false;
-    }
-};
-} // namespace
 
 class TaskListTest : public WindowTest
 {
@@ -37,14 +22,24 @@ private:
         }
         return nullptr;
     }
-    void clickHere() { Q_EMIT hint()->headStart(u"inboxheadstart"_s); }
+    /// A point of the picture that is painted in the link's colour.
+    static QPoint linkPoint(const QImage& image)
+    {
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                const QColor color = image.pixelColor(x, y);
+                if (color.blue() - color.red() > 100)
+                    return {x, y};
+            }
+        }
+        return {-1, -1};
+    }
     QAccessibleInterface* accessible() { return QAccessible::queryAccessibleInterface(&list()); }
     QString said(int number) { return accessible()->child(number)->text(QAccessible::Name); }
 
 private Q_SLOTS:
     void emptyGroupShowsItsHint()
     {
-        QVERIFY(hint());
         QVERIFY(list().viewport()->rect().contains(
             QRect(hint()->mapTo(list().viewport(), QPoint()), hint()->size())));
         list().newTask();
@@ -65,37 +60,25 @@ private Q_SLOTS:
 
     void cleanupOfEverythingShowsTheHint()
     {
-        addTasks({u"a"_s});
-        store().completeTask(list().rows().idAt(0), true, Clock::now());
+        addTasks({{}});
         list().cleanup();
         QVERIFY(hint());
-        QCOMPARE(namesIn(TaskStorage::ms_completedId), u"a"_s);
     }
 
-    void headStartFillsTheInbox()
+    void linkFillsTheInbox()
     {
-        clickHere();
+        auto* label = hint()->findChild<LinkLabel*>();
+        const QPoint link = linkPoint(label->grab().toImage());
+        QVERIFY(link.x() >= 0);
+        QTest::mouseClick(label, Qt::LeftButton, {}, link - QPoint(0, 30));
+        QCOMPARE(inbox(), QString());
+        QTest::mouseClick(label, Qt::LeftButton, {}, link);
         QVERIFY(!hint());
         QCOMPARE(shown(), inbox());
         QCOMPARE(list().rows().count(), 4);
-        const TodoTask first = store().get(list().rows().idAt(0));
-        QCOMPARE(first.name(), u"Submit your ideas on features, any likes and dislikes"_s);
-        QVERIFY(first.notes().startsWith("Visit http://"_L1));
-        QVERIFY(first.notes().endsWith(" to submit ideas"_L1));
-        QCOMPARE(store().get(list().rows().idAt(1)).notes(),
-                 u"Right-click anywhere on the left panel and select \"Add group\" menu."_s);
-        QVERIFY(store().get(list().rows().idAt(2)).notes().startsWith("Visit https://"_L1));
-        QCOMPARE(store().get(list().rows().idAt(3)).name(), u"Have a coffee :)"_s);
-        QCOMPARE(store().get(list().rows().idAt(3)).notes(), QString());
-    }
-
-    void headStartIsForTheInboxOnly()
-    {
-        const FocusGroup::Id home = store().createGroup(u"Home"_s, {});
-        list().setGroup(home);
-        clickHere();
-        QCOMPARE(list().rows().count(), 0);
-        QCOMPARE(inbox(), QString());
+        QVERIFY(task(0).notes().startsWith("Visit http://"_L1));
+        QVERIFY(task(2).notes().startsWith("Visit https://"_L1));
+        QCOMPARE(task(3).notes(), QString());
     }
 
     void rowsAreRepaintedWhenTheDayChanges()
@@ -103,25 +86,24 @@ private Q_SLOTS:
         addTasks({u"a"_s});
         store().setTaskDueTime(list().rows().idAt(0), Clock::now().addDays(4));
         QCoreApplication::processEvents();
-        PaintCount paints;
-        row(0)->installEventFilter(&paints);
+        const auto onScreen = [this] {
+            return m_window->screen()->grabWindow(m_window->winId()).toImage();
+        };
+        const QImage before = onScreen();
+        Clock::freeze(Clock::now().addDays(4));
         Q_EMIT list().findChild<DayWatch*>()->dayChanged();
-        QTRY_VERIFY(paints.count > 0);
+        QTRY_VERIFY(onScreen() != before);
     }
 
     void screenReadersHearEveryRow()
     {
-        QStringList names;
-        for (int i = 0; i < 500; ++i)
-            names += QString::number(i);
-        addTasks(names);
+        addNumberedTasks(500);
         QCOMPARE(accessible()->role(), QAccessible::List);
         QCOMPARE(accessible()->childCount(), 500);
         QAccessibleInterface* last = accessible()->child(499);
         QCOMPARE(last->role(), QAccessible::ListItem);
         QCOMPARE(last->text(QAccessible::Name), u"499"_s);
         QVERIFY(last->state().offscreen && !last->state().selected && !last->state().checked);
-        QCOMPARE(accessible()->indexOfChild(last), 499);
         QCOMPARE(last->parent(), accessible());
 
         // A row stays the same task while others come and go.
@@ -130,7 +112,7 @@ private Q_SLOTS:
         QCOMPARE(accessible()->indexOfChild(last), 498);
         QCOMPARE(accessible()->child(498), last);
         last->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
-        QVERIFY(store().get(list().rows().idAt(498)).completed());
+        QVERIFY(task(498).completed());
         QVERIFY(last->state().checked);
 
         key(Qt::Key_Up);
@@ -139,29 +121,25 @@ private Q_SLOTS:
         QCOMPARE(accessible()->childAt(last->rect().center().x(), last->rect().center().y()), last);
         key(Qt::Key_Delete);
         QVERIFY(!last->isValid() && last->state().invalid);
-        QCOMPARE(accessible()->indexOfChild(last), -1);
     }
 
     void screenReadersReachTheForm()
     {
         addTasks({u"a"_s, {}});
         QCOMPARE(said(1), u"<Unnamed task>"_s);
-        accessible()->child(0)->actionInterface()->doAction(
-            QAccessibleActionInterface::pressAction());
+        QAccessibleInterface* first = accessible()->child(0);
+        first->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
         QVERIFY(row(0)->isEditing());
-        QAccessibleInterface* form = accessible()->child(0)->child(0);
-        QVERIFY(form);
-        QCOMPARE(form->parent(), accessible()->child(0));
+        QCOMPARE(first->child(0)->parent(), first);
         QCOMPARE(accessible()->focusChild()->text(QAccessible::Name), u"Task name"_s);
-        QStringList unnamed;
         for (QWidget* widget : row(0)->findChildren<QWidget*>()) {
             const QAccessibleInterface* field = QAccessible::queryAccessibleInterface(widget);
             const bool control =
                 widget->focusPolicy() & Qt::TabFocus || field->role() == QAccessible::CheckBox;
-            if (widget->isVisible() && control && field->text(QAccessible::Name).isEmpty())
-                unnamed += QString::fromLatin1(widget->metaObject()->className());
+            if (widget->isVisible() && control)
+                QVERIFY2(!field->text(QAccessible::Name).isEmpty(),
+                         widget->metaObject()->className());
         }
-        QCOMPARE(unnamed, QStringList());
     }
 };
 

@@ -3,6 +3,7 @@
 #include "ui/TaskRows.h"
 
 #include <QTest>
+#include <QWidget>
 
 namespace {
 
@@ -31,59 +32,40 @@ class TaskRowsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void geometry_data()
-    {
-        QTest::addColumn<int>("edited");
-        QTest::newRow("none edited") << -1;
-        QTest::newRow("first") << 0;
-        QTest::newRow("middle") << 5;
-        QTest::newRow("last") << 9;
-    }
-
     /// Every pixel belongs to the row that lies there, or to none in the margins and gaps.
     void geometry()
     {
-        QFETCH(int, edited);
         TaskRows rows = makeRows(10);
-        rows.setEdited(edited, 90);
-        qint64 y = TaskRows::margin;
-        for (qsizetype row = 0; row < rows.count(); ++row) {
-            QCOMPARE(rows.top(row), y);
-            QCOMPARE(rows.rowAt(y - 1), -1);
-            QCOMPARE(rows.rowAt(y), row);
-            QCOMPARE(rows.rowAt(y + rows.height(row) - 1), row);
-            const auto range = rows.visible(y - 1, 2);
-            QCOMPARE(range.first, row);
-            QCOMPARE(range.last, row);
-            y += rows.height(row) + TaskRows::spacing;
+        for (const int edited : {-1, 5, 9}) {
+            rows.setEdited(edited, 90);
+            qint64 y = TaskRows::margin;
+            for (qsizetype row = 0; row < rows.count(); ++row) {
+                QCOMPARE(rows.top(row), y);
+                QCOMPARE(rows.rowAt(y - 1), -1);
+                QCOMPARE(rows.rowAt(y), row);
+                QCOMPARE(rows.rowAt(y + rows.height(row) - 1), row);
+                const auto range = rows.visible(y - 1, 2);
+                QCOMPARE(range.first, row);
+                QCOMPARE(range.last, row);
+                y += rows.height(row) + TaskRows::spacing;
+            }
+            QCOMPARE(rows.rowAt(y - TaskRows::spacing), -1);
+            QCOMPARE(rows.contentHeight(), y - TaskRows::spacing + TaskRows::margin);
         }
-        QCOMPARE(rows.rowAt(y - TaskRows::spacing), -1);
-        QCOMPARE(rows.contentHeight(), y - TaskRows::spacing + TaskRows::margin);
-        QCOMPARE(rows.visible(0, 10000).first, 0);
-        QCOMPARE(rows.visible(0, 10000).last, 9);
-    }
-
-    void emptyListShowsNothing()
-    {
-        const TaskRows rows = makeRows(0);
-        QCOMPARE(rows.contentHeight(), 2 * TaskRows::margin);
-        QCOMPARE(rows.rowAt(8), -1);
-        QVERIFY(rows.visible(0, 100).last < rows.visible(0, 100).first);
     }
 
     /// Past the tallest possible widget the body is shorter than the rows, and still every row
     /// can be reached.
     void tallerThanAWidget()
     {
+        QVERIFY(TaskRows::maxBodyHeight < QWIDGETSIZE_MAX);
         constexpr int viewport = 400;
         TaskRows rows = makeRows(1'000'000);
-        QVERIFY(rows.contentHeight() > TaskRows::maxBodyHeight);
         QCOMPARE(rows.bodyHeight(), TaskRows::maxBodyHeight);
         const int last = rows.bodyHeight() - viewport;
         QCOMPARE(rows.toLogical(0, viewport), 0);
         QCOMPARE(rows.toLogical(last, viewport), rows.contentHeight() - viewport);
-        for (qsizetype row :
-             {qsizetype{0}, qsizetype{123'456}, qsizetype{654'321}, qsizetype{999'999}}) {
+        for (qsizetype row : {qsizetype{0}, qsizetype{654'321}, qsizetype{999'999}}) {
             const qint64 wanted =
                 qMin(rows.top(row) - TaskRows::margin, rows.contentHeight() - viewport);
             const qint64 shown = rows.toLogical(rows.toScroll(wanted, viewport), viewport);
@@ -91,35 +73,24 @@ private Q_SLOTS:
         }
     }
 
-    void editedRowKeepsItsHeightWhenOthersMove()
-    {
-        TaskRows rows = makeRows(4);
-        rows.setSelected(3, true);
-        rows.setEdited(1, 90);
-        rows.moveSelected({0, true});
-        QVERIFY(rows.isSelected(0));
-        QCOMPARE(rows.edited(), 2);
-        QCOMPARE(rows.height(2), 90);
-    }
-
-    void selectionFollowsItsRows()
+    void selectionAndEditFollowTheirRows()
     {
         TaskRows rows = makeRows(6);
         rows.setSelected(1, true);
         rows.setSelected(4, true);
-        rows.setSelected(4, true);
         rows.setNew(4, true);
         rows.setEdited(4, 90);
-        QCOMPARE(rows.selectedCount(), 2);
         rows.removeAt(0);
         QVERIFY(rows.isSelected(0) && rows.isSelected(3) && rows.isNew(3));
         QCOMPARE(rows.edited(), 3);
+        rows.moveSelected({1, true});
+        QVERIFY(rows.isSelected(0) && rows.isSelected(1));
+        QCOMPARE(rows.height(1), 90);
 
         QList<TodoTask::Id> ids = makeIds(6);
         ids.swapItemsAt(2, 4);
         ids.removeAt(1);
         rows.assign(ids);
-        QVERIFY(rows.matches(ids));
         QCOMPARE(rows.selectedCount(), 1);
         QCOMPARE(rows.edited(), 1);
         QVERIFY(rows.isSelected(1) && rows.isNew(1));
