@@ -35,6 +35,7 @@ private Q_SLOTS:
         log.info(u"too little"_s);
         log.debug(u"too little"_s);
         Clock::freeze(QDateTime({2024, 2, 3}, QTime(4, 5, 6, 5)));
+        QVERIFY2(log.init(_path()), "the next start goes on where this one ends");
         log.warn(u"\na\n\nb\n"_s);
         log.flush();
         QCOMPARE(contentsOf(_path()), "Critical        2024-02-03T04:05:06.123   %1 \xD0\xB6\n"

@@ -91,6 +91,8 @@ private Q_SLOTS:
         const QString denied = error + u"AccessDenied"_s;
         QTest::newRow("taken") << QString() << false << QString() << 1 << true;
         QTest::newRow("array denied") << denied << false << QString() << 2 << true;
+        QTest::newRow("array invalid")
+            << error + u"InvalidArgs"_s << false << QString() << 2 << true;
         QTest::newRow("all denied") << denied << true << QString() << 2 << false;
         QTest::newRow("fails") << error + u"Failed"_s << false << QString() << 1 << false;
         QTest::newRow("silent") << QString() << false << u"Notify"_s << 1 << false;
