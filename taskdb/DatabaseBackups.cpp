@@ -6,7 +6,6 @@
 #include "app/base/PathHelper.h"
 
 #include <QDir>
-#include <QFileInfo>
 #include <QMap>
 #include <QMutexLocker>
 #include <QRegularExpression>
