@@ -33,6 +33,8 @@ public:
     [[nodiscard]] boost::shared_ptr<DragGroup> dragGroup(const QByteArray& data) const;
     /// The registered drag that this data stands for; empty for data of anything else.
     [[nodiscard]] boost::shared_ptr<DragGroup> dragOf(const QMimeData* data) const;
+    /// Whether a drag is running.
+    [[nodiscard]] bool isDragging() const { return !m_drags.isEmpty(); }
     /// For the drag's source, once the drag is over, whatever became of it.
     void dragDone(int id);
 

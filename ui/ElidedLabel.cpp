@@ -41,7 +41,7 @@ bool ElidedLabel::event(QEvent* event)
     if (event->type() != QEvent::ToolTip)
         return QLabel::event(event);
     const auto* help = static_cast<QHelpEvent*>(event);
-    if (sizeHint().width() > width()) {
+    if (isElided()) {
         QToolTip::showText(help->globalPos(), plainToolTip(text()), this);
     } else {
         QToolTip::hideText();

@@ -14,6 +14,8 @@ public:
 
     [[nodiscard]] QSize minimumSizeHint() const override;
     [[nodiscard]] QSize sizeHint() const override;
+    /// Whether the text is cut now.
+    [[nodiscard]] bool isElided() const { return sizeHint().width() > width(); }
 
 protected:
     bool event(QEvent* event) override;

@@ -13,13 +13,12 @@
 #include "ui/EditGroupDialog.h"
 #include "ui/FocusGroupWidget.h"
 #include "ui/GroupPanelAccessible.h"
+#include "ui/RunningDrag.h"
 #include "ui/Shortcuts.h"
 
 #include <QApplication>
 #include <QContextMenuEvent>
-#include <QDrag>
 #include <QMenu>
-#include <QMimeData>
 #include <QScrollBar>
 #include <QVBoxLayout>
 
@@ -30,12 +29,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-bool isGroupDrag(const QMimeData* data)
-{
-    const auto drag = dynamic_singleton<DragHelper>::inst().dragOf(data);
-    return drag && drag->type() == DragGroup::GroupDrag;
-}
 
 bool confirmed(QWidget* parent, const QString& text, QMessageBox::StandardButton yes,
                QMessageBox::StandardButton no)
@@ -78,7 +71,8 @@ FocusGroupListWidget::FocusGroupListWidget(QWidget* parent)
     connect(&taskStorage(), &TaskStorage::groupChanged, this,
             &FocusGroupListWidget::_onGroupChanged);
     connect(&taskStorage(), &TaskStorage::taskChanged, this, &FocusGroupListWidget::_onTaskChanged);
-    connect(m_autoScroll, &DragAutoScroll::scrolled, this, &FocusGroupListWidget::_onScrolled);
+    // Another entry is then below a drag that stands still.
+    connect(m_autoScroll, &DragAutoScroll::scrolled, this, &FocusGroupListWidget::_dragTo);
     connect(new DayWatch(this), &DayWatch::dayChanged, this, &FocusGroupListWidget::_onDayChanged);
     setCurrentGroup(TaskStorage::ms_inboxId);
 }
@@ -123,15 +117,10 @@ FocusGroupWidget* FocusGroupListWidget::_addEntry(const FocusGroup::Id& id, QVBo
     entry->show();
     m_entries.append(entry);
     m_byId.insert(id, entry);
-    connect(entry, &FocusGroupWidget::draggedOver, this, [this, entry](const QPoint& point) {
-        m_draggedOver = entry->dragOver();
-        m_autoScroll->follow(entry->mapTo(viewport(), point));
-    });
-    connect(entry, &FocusGroupWidget::dragGone, this, &FocusGroupListWidget::_onDragGone);
     return entry;
 }
 
-void FocusGroupListWidget::_dropEntry(FocusGroupWidget* entry)
+void FocusGroupListWidget::_removeEntry(FocusGroupWidget* entry)
 {
     m_entries.removeOne(entry);
     m_byId.remove(entry->groupId());
@@ -157,7 +146,7 @@ void FocusGroupListWidget::refresh()
     const QList<FocusGroupWidget*> old = m_entries;
     for (FocusGroupWidget* entry : old) {
         if (TaskStorage::isCustom(entry->groupId()))
-            _dropEntry(entry);
+            _removeEntry(entry);
     }
     _addCustomGroups();
     widget()->layout()->activate();
@@ -260,7 +249,8 @@ void FocusGroupListWidget::keyPressEvent(QKeyEvent* /*event*/)
 FocusGroupWidget* FocusGroupListWidget::_dragSource(const QMouseEvent* event) const
 {
     const QPoint way = event->position().toPoint() - m_pressPoint;
-    if (!m_leftDown || m_dragging || way.manhattanLength() < QApplication::startDragDistance())
+    const bool dragging = dynamic_singleton<DragHelper>::inst().isDragging();
+    if (!m_leftDown || dragging || way.manhattanLength() < QApplication::startDragDistance())
         return nullptr;
     return m_pressed && TaskStorage::isCustom(m_pressed->groupId()) ? m_pressed.data() : nullptr;
 }
@@ -275,67 +265,77 @@ void FocusGroupListWidget::_startDrag(FocusGroupWidget* entry)
 {
     const auto group = boost::make_shared<DragGroup>(DragGroup::GroupDrag);
     group->setGroupId(entry->groupId());
-    auto& registry = dynamic_singleton<DragHelper>::inst();
-    const int id = registry.startDrag(group);
-
-    auto* number = new QMimeData;
-    number->setData(DragHelper::dragMimeType(), QByteArray::number(id));
-    auto* drag = new QDrag(this);
-    drag->setMimeData(number);
-    drag->setPixmap(dragPicture(1, [entry](qsizetype /*number*/) { return entry; }));
-    drag->setHotSpot(m_hotSpot);
-
-    m_dragging = true;
-    const QPointer<FocusGroupListWidget> self(this);
-    const Qt::DropAction action = drag->exec(Qt::MoveAction);
-    registry.dragDone(id);
-    if (!self)
+    RunningDrag drag(this, group);
+    drag.setPicture(dragPicture(1, [entry](qsizetype /*number*/) { return entry; }), m_hotSpot);
+    const bool moved = drag.exec();
+    if (drag.isOrphaned())
         return;
-    if (action == Qt::MoveAction)
+    if (moved)
         refresh();
-    m_dragging = false;
     // The drag swallowed the release.
     m_leftDown = false;
 }
 
+/// Anything of ours is let in, even onto an entry that refuses it: the drag may move on to others.
 void FocusGroupListWidget::dragEnterEvent(QDragEnterEvent* event)
 {
-    if (isGroupDrag(event->mimeData()))
-        event->acceptProposedAction();
-    else
-        event->ignore();
+    m_drag = dynamic_singleton<DragHelper>::inst().dragOf(event->mimeData());
+    event->setAccepted(m_drag != nullptr);
+    if (!m_drag)
+        return;
+    event->setDropAction(_dragTo(event->position().toPoint()) ? Qt::MoveAction : Qt::IgnoreAction);
 }
 
 void FocusGroupListWidget::dragMoveEvent(QDragMoveEvent* event)
 {
-    m_autoScroll->follow(event->position().toPoint());
+    const QPoint point = event->position().toPoint();
+    m_autoScroll->follow(point);
+    event->setDropAction(Qt::MoveAction);
+    event->setAccepted(_dragTo(point));
 }
 
 void FocusGroupListWidget::dragLeaveEvent(QDragLeaveEvent* /*event*/)
 {
-    m_autoScroll->stop();
+    _endDragOver();
 }
 
-/// Between the entries there is nothing to be done.
-void FocusGroupListWidget::dropEvent(QDropEvent* /*event*/)
+void FocusGroupListWidget::dropEvent(QDropEvent* event)
 {
-    m_autoScroll->stop();
+    _endDragOver();
+    const auto drag = dynamic_singleton<DragHelper>::inst().dragOf(event->mimeData());
+    FocusGroupWidget* entry = _entryAt(event->position().toPoint());
+    // Asked once more: the store may have changed since the drag came over the entry.
+    const bool taken = drag && entry && entry->takes(*drag);
+    event->setAccepted(taken);
+    if (!taken)
+        return;
+    entry->take(*drag);
+    event->acceptProposedAction();
 }
 
-/// The panel scrolled under a drag that stands still: another entry is below it now.
-void FocusGroupListWidget::_onScrolled(const QPoint& point)
+/// Marks the entry at the point if it would take what is dragged. Returns whether it would.
+bool FocusGroupListWidget::_dragTo(const QPoint& point)
 {
-    const FocusGroupWidget* below = _entryAt(point);
-    for (FocusGroupWidget* entry : std::as_const(m_entries))
-        entry->setDragOver(entry == below ? m_draggedOver : boost::shared_ptr<DragGroup>());
+    FocusGroupWidget* entry = m_drag ? _entryAt(point) : nullptr;
+    if (entry != m_dragEntry) {
+        if (m_dragEntry)
+            m_dragEntry->setDragOver(false);
+        m_dragEntry = entry;
+        // Asked once an entry: it goes through all the tasks dragged.
+        if (entry)
+            entry->setDragOver(entry->takes(*m_drag));
+    }
+    return entry && entry->isDragOver();
 }
 
-void FocusGroupListWidget::_onDragGone()
+/// The drag has left, or was dropped.
+void FocusGroupListWidget::_endDragOver()
 {
     m_autoScroll->stop();
-    m_draggedOver.reset();
-    for (FocusGroupWidget* entry : std::as_const(m_entries))
-        entry->setDragOver({});
+    m_drag.reset();
+    if (m_dragEntry)
+        m_dragEntry->setDragOver(false);
+    m_dragEntry.clear();
 }
 
 void FocusGroupListWidget::contextMenuEvent(QContextMenuEvent* event)
@@ -352,12 +352,15 @@ void FocusGroupListWidget::_buildMenu()
     m_menu = new QMenu(this);
     const FocusGroup::Id id = m_menuEntry ? m_menuEntry->groupId() : FocusGroup::Id();
     const bool custom = m_menuEntry && TaskStorage::isCustom(id);
+    // Both act on the current group, whichever entry the menu is opened on.
+    const bool editable = TaskStorage::isCustom(m_groupId);
 
     QAction* edit = m_menu->addAction(tr("Edit"), this, &FocusGroupListWidget::_onEditGroup);
     QFont bold = edit->font();
     bold.setBold(true);
     edit->setFont(bold);
     edit->setVisible(custom);
+    edit->setEnabled(editable);
     m_menu->addAction(tr("Add group"), this, &FocusGroupListWidget::_onAddGroup)
         ->setVisible(!TaskStorage::isArchive(id));
     QAction* empty = m_menu->addAction(tr("Empty"), this, &FocusGroupListWidget::_onEmptyTrash);
@@ -369,8 +372,9 @@ void FocusGroupListWidget::_buildMenu()
         empty->setEnabled(!taskStorage().getGroup(id).tasks().isEmpty());
     }
     m_menu->addSeparator();
-    m_menu->addAction(tr("Remove"), this, &FocusGroupListWidget::_onRemoveGroup)
-        ->setVisible(custom);
+    QAction* remove = m_menu->addAction(tr("Remove"), this, &FocusGroupListWidget::_onRemoveGroup);
+    remove->setVisible(custom);
+    remove->setEnabled(editable);
     m_menu->addSeparator();
     m_menu->addAction(tr("Export..."), this, &FocusGroupListWidget::_onExport)
         ->setShortcut(shortcuts::exportTasks);
@@ -391,14 +395,14 @@ void FocusGroupListWidget::_onAddGroup()
 
 void FocusGroupListWidget::_onEditGroup()
 {
-    if (m_groupId.isNull() || m_current < 0)
+    if (!TaskStorage::isCustom(m_groupId) || m_current < 0)
         return;
     const FocusGroup::Id id = m_groupId;
     const FocusGroup record = m_entries.at(m_current)->group();
     EditGroupDialog dialog(record.name(), record.iconName(), window());
     if (dialog.exec() != QDialog::Accepted || !m_byId.contains(id))
         return;
-    m_byId.value(id)->edited(dialog.groupName(), dialog.iconName());
+    m_byId.value(id)->setProperties(dialog.groupName(), dialog.iconName());
     Q_EMIT changed(id);
 }
 
@@ -411,7 +415,7 @@ void FocusGroupListWidget::_onRemoveGroup()
                    QMessageBox::Yes, QMessageBox::No))
         return;
     if (FocusGroupWidget* entry = m_byId.value(id))
-        _dropEntry(entry);
+        _removeEntry(entry);
     // First, so that an edit in the group ends in the group.
     setCurrentGroup(TaskStorage::ms_inboxId);
     taskStorage().removeGroup(id);
@@ -449,7 +453,7 @@ void FocusGroupListWidget::_onTaskChanged(const TodoTask::Id& id)
     if (change.before == change.after)
         return;
     for (FocusGroupWidget* entry : std::as_const(m_entries)) {
-        if (!entry->isStale() && entry->group().contains(id))
+        if (!entry->isUncounted() && entry->group().contains(id))
             entry->recount(change);
     }
 }
@@ -491,7 +495,7 @@ void FocusGroupListWidget::_updateEntries()
     if (trash->hasOtherSize())
         trash->invalidate();
     for (FocusGroupWidget* entry : std::as_const(m_entries)) {
-        if (entry->isStale())
+        if (entry->isUncounted())
             entry->refresh(m_sections);
     }
 }

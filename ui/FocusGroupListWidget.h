@@ -74,13 +74,13 @@ private:
     void _addCustomGroups();
     FocusGroupWidget* _addGroup(const FocusGroup::Id& id);
     FocusGroupWidget* _addEntry(const FocusGroup::Id& id, QVBoxLayout* layout);
-    void _dropEntry(FocusGroupWidget* entry);
+    void _removeEntry(FocusGroupWidget* entry);
     void _numberEntries();
     void _makeVisible(FocusGroupWidget* entry);
     [[nodiscard]] FocusGroupWidget* _entryAt(const QPoint& point) const;
     void _buildMenu();
-    void _onScrolled(const QPoint& point);
-    void _onDragGone();
+    [[nodiscard]] bool _dragTo(const QPoint& point);
+    void _endDragOver();
 
     [[nodiscard]] FocusGroupWidget* _dragSource(const QMouseEvent* event) const;
     void _startDrag(FocusGroupWidget* entry);
@@ -101,11 +101,12 @@ private:
     QPointer<QMenu> m_menu;
     QPointer<FocusGroupWidget> m_menuEntry; // under the pointer when the menu opened
     bool m_leftDown = false;
-    bool m_dragging = false;
     QPoint m_pressPoint;
     QPointer<FocusGroupWidget> m_pressed;
     QPoint m_hotSpot; // where in that entry
-    boost::shared_ptr<DragGroup> m_draggedOver;
+    // What is dragged over the panel, and the entry below it.
+    boost::shared_ptr<DragGroup> m_drag;
+    QPointer<FocusGroupWidget> m_dragEntry;
 
     QHash<FocusGroup::Id, FocusGroupWidget*> m_byId;
     TaskSections m_sections;

@@ -4,12 +4,12 @@
 #include "app/core/GroupName.h"
 #include "app/core/TaskCore.h"
 #include "ui/CountWidget.h"
-#include "ui/DragHelper.h"
+#include "ui/DragGroup.h"
+#include "ui/ElidedLabel.h"
 #include "ui/PlainToolTip.h"
 #include "ui/controls/StyleHelper.h"
 #include "ui/icons/IconsHelper.h"
 
-#include <QDropEvent>
 #include <QHBoxLayout>
 #include <QHelpEvent>
 #include <QLabel>
@@ -36,20 +36,20 @@ FocusGroupWidget::FocusGroupWidget(const FocusGroup::Id& id, QWidget* parent)
     : QWidget(parent)
     , m_id(id)
     , m_icon(new QLabel(this))
-    , m_name(new QLabel(this))
+    , m_name(new ElidedLabel(this))
     , m_countBar(new CountWidget(static_cast<int>(sectionColours.size()), this))
 {
     _createLayout();
-    setAcceptDrops(true);
     setAttribute(Qt::WA_Hover);
     _setIcon();
-    _setElidedName();
+    _setName();
 }
 
 void FocusGroupWidget::_createLayout()
 {
     m_icon->setFixedSize(iconSize, iconSize);
-    m_name->setTextFormat(Qt::PlainText);
+    // Its tool tip is the entry's, which tells of the key as well.
+    m_name->setAttribute(Qt::WA_TransparentForMouseEvents);
     m_name->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     const QColor dark = fancy::color(fancy::TextDark);
     QPalette colours = m_name->palette();
@@ -71,16 +71,16 @@ void FocusGroupWidget::_createLayout()
 
 const FocusGroup& FocusGroupWidget::group() const
 {
-    if (m_stale) {
+    if (m_recordOutdated) {
         m_group = taskStorage().getGroup(m_id);
-        m_stale = false;
+        m_recordOutdated = false;
     }
     return m_group;
 }
 
 void FocusGroupWidget::invalidate()
 {
-    m_stale = true;
+    m_recordOutdated = true;
     m_uncounted = true;
 }
 
@@ -115,22 +115,18 @@ void FocusGroupWidget::_showCounts()
         m_countBar->setSectionValue(section, m_counts.at(static_cast<size_t>(section)));
     m_countBar->update();
     _setAccessibleName();
-    if (m_countBar->sizeHint() == before)
-        return;
-    m_countBar->updateGeometry();
-    // The name has more or less room now.
-    layout()->activate();
-    _setElidedName();
+    if (m_countBar->sizeHint() != before)
+        m_countBar->updateGeometry();
 }
 
-void FocusGroupWidget::edited(const QString& name, const QString& iconName)
+void FocusGroupWidget::setProperties(const QString& name, const QString& iconName)
 {
     FocusGroup record = group();
     record.rename(name);
     record.setIconName(iconName);
-    m_stale = true;
+    m_recordOutdated = true;
     _setIcon();
-    _setElidedName();
+    _setName();
 }
 
 void FocusGroupWidget::_setBit(uint bit, bool on)
@@ -164,10 +160,9 @@ QString FocusGroupWidget::_shownName() const
     return shownGroupName(group()).left(longestName).simplified();
 }
 
-void FocusGroupWidget::_setElidedName()
+void FocusGroupWidget::_setName()
 {
-    const QString name = _shownName();
-    m_name->setText(m_name->fontMetrics().elidedText(name, Qt::ElideRight, m_name->width()));
+    m_name->setText(_shownName());
     _setAccessibleName();
 }
 
@@ -187,7 +182,7 @@ void FocusGroupWidget::_setAccessibleName()
 QString FocusGroupWidget::_toolTip() const
 {
     const QString name = _shownName();
-    if (m_shortcut.isEmpty() && m_name->text() == name)
+    if (m_shortcut.isEmpty() && !m_name->isElided())
         return {};
     return plainToolTip(m_shortcut.isEmpty() ? name : u"%1 (%2)"_s.arg(name, m_shortcut));
 }
@@ -205,8 +200,7 @@ void FocusGroupWidget::paintEvent(QPaintEvent* event)
     if (m_state != 0) {
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
-        const bool over = (m_state & dragOverBit) != 0;
-        QColor frame = fancy::color(over ? fancy::FrameStrong : fancy::Frame);
+        QColor frame = fancy::color(isDragOver() ? fancy::FrameStrong : fancy::Frame);
         QColor fill = fancy::color(selected() ? fancy::GroupSelected : fancy::PanelFill);
         if (highlighted()) {
             painter.setOpacity(highlightOpacity);
@@ -221,21 +215,11 @@ void FocusGroupWidget::paintEvent(QPaintEvent* event)
     QWidget::paintEvent(event);
 }
 
-void FocusGroupWidget::resizeEvent(QResizeEvent* event)
-{
-    QWidget::resizeEvent(event);
-    if (event->size().width() == event->oldSize().width())
-        return;
-    // The label gets its new width before the name is cut to it.
-    layout()->activate();
-    _setElidedName();
-}
-
 void FocusGroupWidget::changeEvent(QEvent* event)
 {
     QWidget::changeEvent(event);
-    if (event->type() == QEvent::LanguageChange || event->type() == QEvent::FontChange)
-        _setElidedName();
+    if (event->type() == QEvent::LanguageChange)
+        _setName();
 }
 
 void FocusGroupWidget::enterEvent(QEnterEvent* /*event*/)
@@ -248,7 +232,7 @@ void FocusGroupWidget::leaveEvent(QEvent* /*event*/)
     m_state &= ~hoverBit;
 }
 
-bool FocusGroupWidget::_takes(const DragGroup& drag) const
+bool FocusGroupWidget::takes(const DragGroup& drag) const
 {
     if (drag.type() == DragGroup::GroupDrag)
         return TaskStorage::isCustom(m_id) && drag.groupId() != m_id;
@@ -261,71 +245,17 @@ bool FocusGroupWidget::_takes(const DragGroup& drag) const
                         });
 }
 
-void FocusGroupWidget::setDragOver(const boost::shared_ptr<DragGroup>& drag)
+void FocusGroupWidget::setDragOver(bool over)
 {
-    m_drag = drag && _takes(*drag) ? drag : boost::shared_ptr<DragGroup>();
-    _setBit(dragOverBit, m_drag != nullptr);
+    _setBit(dragOverBit, over);
 }
 
-void FocusGroupWidget::dragEnterEvent(QDragEnterEvent* event)
+void FocusGroupWidget::take(DragGroup& drag)
 {
-    setDragOver(dynamic_singleton<DragHelper>::inst().dragOf(event->mimeData()));
-    if (!m_drag) {
-        event->ignore();
-        return;
-    }
-    event->setDropAction(Qt::MoveAction);
-    event->accept();
-}
-
-void FocusGroupWidget::dragMoveEvent(QDragMoveEvent* event)
-{
-    Q_EMIT draggedOver(event->position().toPoint());
-}
-
-void FocusGroupWidget::dragLeaveEvent(QDragLeaveEvent* /*event*/)
-{
-    setDragOver({});
-    Q_EMIT dragGone();
-}
-
-void FocusGroupWidget::dropEvent(QDropEvent* event)
-{
-    setDragOver({});
-    Q_EMIT dragGone();
-    const boost::shared_ptr<DragGroup> drag =
-        dynamic_singleton<DragHelper>::inst().dragOf(event->mimeData());
-    FocusGroupWidget* target = _entryAt(event->position().toPoint());
-    if (drag && target && target->_take(*drag))
-        event->acceptProposedAction();
-    else
-        event->ignore();
-}
-
-/// The entry at a point in this one's coordinates: the drop comes to where the drag came in, and
-/// the panel may have scrolled since.
-FocusGroupWidget* FocusGroupWidget::_entryAt(const QPoint& point)
-{
-    if (rect().contains(point))
-        return this;
-    for (QObject* sibling : parentWidget()->children()) {
-        auto* entry = qobject_cast<FocusGroupWidget*>(sibling);
-        if (entry && entry->isVisible() && entry->geometry().contains(mapToParent(point)))
-            return entry;
-    }
-    return nullptr;
-}
-
-/// Returns false where the store has changed since the drag came in.
-bool FocusGroupWidget::_take(DragGroup& drag)
-{
-    if (!_takes(drag))
-        return false;
     if (drag.type() == DragGroup::GroupDrag)
         taskStorage().moveGroup(m_id, drag.groupId());
     else
         _takeTasks(drag);
-    return true;
 }
 
 /// Into Trash and Completed tasks are always moved.

@@ -6,14 +6,14 @@
 
 #include <QWidget>
 
-#include <boost/shared_ptr.hpp>
-
 class CountWidget;
 class DragGroup;
+class ElidedLabel;
 class QLabel;
 
 /// Shows a group's icon, its name, cut to fit, and how many open tasks it has by due date. Takes
-/// drops of tasks and of other groups. Lets the mouse through to the panel.
+/// tasks and other groups when the panel has one dropped on it. Lets the mouse through to the
+/// panel.
 class FocusGroupWidget : public QWidget
 {
     Q_OBJECT
@@ -28,7 +28,7 @@ public:
     /// The group changed in the store, its tasks perhaps as well.
     void invalidate();
     /// Whether the group changed since the last refresh().
-    [[nodiscard]] bool isStale() const { return m_uncounted; }
+    [[nodiscard]] bool isUncounted() const { return m_uncounted; }
     /// Whether the group has another number of tasks than at the last refresh().
     [[nodiscard]] bool hasOtherSize() const;
     /// Brings what is shown into line with the group.
@@ -36,37 +36,31 @@ public:
     /// One task of the group counts in another section now.
     void recount(const TaskSections::Change& change);
     /// Gives the group these properties, in the store as well.
-    void edited(const QString& name, const QString& iconName);
+    void setProperties(const QString& name, const QString& iconName);
 
     [[nodiscard]] bool selected() const { return (m_state & selectedBit) != 0; }
     void setSelected(bool selected);
     [[nodiscard]] bool highlighted() const { return (m_state & highlightBit) != 0; }
     void setHighlighted(bool highlighted);
-    /// The tasks or group being dragged over the entry; empty for none.
-    [[nodiscard]] const boost::shared_ptr<DragGroup>& dragOver() const { return m_drag; }
-    /// A drag has come over the entry, which shows so if it would take it; empty: it has gone.
-    void setDragOver(const boost::shared_ptr<DragGroup>& drag);
+    /// Whether the entry shows that it would take what is dragged over it.
+    [[nodiscard]] bool isDragOver() const { return (m_state & dragOverBit) != 0; }
+    void setDragOver(bool over);
+    /// Whether the group may have what is dragged: none of the tasks yet, or another custom group.
+    [[nodiscard]] bool takes(const DragGroup& drag) const;
+    /// Moves or copies to the group what it takes, in the store, and tells the drag.
+    void take(DragGroup& drag);
     /// The key that makes the group current, for the tool tip; empty for none.
     void setShortcut(const QString& shortcut) { m_shortcut = shortcut; }
 
 Q_SIGNALS:
     void groupDragged(FocusGroupWidget* entry, const FocusGroup::Id& id);
-    /// A drag that the entry would take moves over it.
-    void draggedOver(const QPoint& point);
-    /// Such a drag has left the entry, or was dropped.
-    void dragGone();
 
 protected:
     bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
     void enterEvent(QEnterEvent* event) override;
     void leaveEvent(QEvent* event) override;
-    void dragEnterEvent(QDragEnterEvent* event) override;
-    void dragMoveEvent(QDragMoveEvent* event) override;
-    void dragLeaveEvent(QDragLeaveEvent* event) override;
-    void dropEvent(QDropEvent* event) override;
 
 private:
     static constexpr uint selectedBit = 1;
@@ -77,27 +71,23 @@ private:
     void _setBit(uint bit, bool on);
     void _createLayout();
     [[nodiscard]] QString _shownName() const;
-    void _setElidedName();
+    void _setName();
     void _setAccessibleName();
     void _setIcon();
     void _showCounts();
     [[nodiscard]] QString _toolTip() const;
-    [[nodiscard]] bool _takes(const DragGroup& drag) const;
-    [[nodiscard]] FocusGroupWidget* _entryAt(const QPoint& point);
-    [[nodiscard]] bool _take(DragGroup& drag);
     void _takeTasks(DragGroup& drag);
 
     FocusGroup::Id m_id;
     mutable FocusGroup m_group;
-    mutable bool m_stale = true;
+    mutable bool m_recordOutdated = true;
     bool m_uncounted = true;
     uint m_state = 0;
     bool m_shownEmpty = true;
     qsizetype m_shownSize = 0;
     TaskSections::Counts m_counts = {};
     QString m_shortcut;
-    boost::shared_ptr<DragGroup> m_drag;
     QLabel* m_icon;
-    QLabel* m_name;
+    ElidedLabel* m_name;
     CountWidget* m_countBar;
 };

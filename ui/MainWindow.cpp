@@ -21,6 +21,7 @@
 #include <QPropertyAnimation>
 #include <QScreen>
 #include <QShortcut>
+#include <QStyle>
 #include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
@@ -29,7 +30,6 @@ namespace {
 constexpr int paneMinimumWidth = 100;
 constexpr int animationMs = 300;
 constexpr QSize firstSize(800, 450);
-constexpr QSize smallestSize(320, 200);
 
 ProgramSettings& settings()
 {
@@ -141,18 +141,30 @@ void MainWindow::_addShortcuts()
 
 void MainWindow::_restoreGeometry()
 {
-    setMinimumSize(smallestSize);
     const QRect frame = settings().mainWindowFrame;
     if (frame.left() <= frame.right() && frame.top() <= frame.bottom()) {
         setGeometry(frame);
         return;
     }
     resize(firstSize);
-    if (const QScreen* screen = QGuiApplication::primaryScreen()) {
-        const QRect area = screen->geometry();
-        move(area.left() + area.width() / 2 - firstSize.width() / 2,
-             area.top() + area.height() / 2 - firstSize.height() / 2);
-    }
+    if (const QScreen* screen = QGuiApplication::primaryScreen())
+        _centreOn(*screen);
+}
+
+/// In the middle of the screen, but never beyond what task bars leave of it.
+void MainWindow::_centreOn(const QScreen& screen)
+{
+    const QRect room = screen.availableGeometry();
+    // Not known before the window is shown, but there will be one.
+    const int titleBar = style()->pixelMetric(QStyle::PM_TitleBarHeight);
+    const QSize size = firstSize.boundedTo(room.size() - QSize(0, titleBar));
+    const QRect area = screen.geometry();
+    QPoint corner(area.left() + area.width() / 2 - size.width() / 2,
+                  area.top() + area.height() / 2 - size.height() / 2);
+    corner.rx() = qMax(room.left(), qMin(corner.x(), room.right() + 1 - size.width()));
+    corner.ry() = qMax(room.top(), qMin(corner.y(), room.bottom() + 1 - size.height() - titleBar));
+    resize(size);
+    move(corner);
 }
 
 MainWindow::~MainWindow()
@@ -161,7 +173,7 @@ MainWindow::~MainWindow()
     settings().mainWindowFrame = geometry();
     // In the compact view the panel is collapsed.
     if (!settings().compactView)
-        settings().groupPanelWidth = m_groupList->width();
+        _storePanelWidth();
 }
 
 void MainWindow::setPosition()
@@ -225,28 +237,48 @@ void MainWindow::_onSwitchView()
     _setView(settings().compactView, false);
 }
 
-/// The panel's width in the settings, brought into the range in which both panes can be seen: the
-/// file may hold anything, and the window may be narrower than it was.
+/// The width that the panel is to have, brought into the range in which both panes can be seen: the
+/// file may hold anything, and the window may be narrower than it was. The tasks come first.
 int MainWindow::_panelWidth() const
 {
     const int widest = width() - paneMinimumWidth - m_splitter->handleWidth();
-    return qMax(paneMinimumWidth, qMin(settings().groupPanelWidth, widest));
+    return qMax(0, qMin(qMax(m_panelWidth, paneMinimumWidth), widest));
+}
+
+void MainWindow::_showPanel()
+{
+    m_shownPanelWidth = _panelWidth();
+    m_splitter->setHandlePos(m_shownPanelWidth);
+}
+
+/// Where the handle stands is what the panel is to be from now on, unless the window put it there.
+void MainWindow::_takePanelWidth()
+{
+    if (m_splitter->handlePos() != m_shownPanelWidth)
+        m_panelWidth = m_splitter->handlePos();
+}
+
+void MainWindow::_storePanelWidth()
+{
+    _takePanelWidth();
+    settings().groupPanelWidth = m_panelWidth;
 }
 
 void MainWindow::_setView(bool compact, bool immediate)
 {
     m_animation->stop();
+    if (!compact)
+        m_panelWidth = settings().groupPanelWidth;
     if (immediate) {
-        m_splitter->setHandlePos(compact ? 0 : _panelWidth());
         if (compact)
             m_rightPane->setGeometry(rect());
         _onSetViewAnimationFinished();
     } else if (compact) {
-        settings().groupPanelWidth = m_groupList->width();
+        _storePanelWidth();
         _animatePane(m_rightPane->x(), 0);
     } else {
         m_groupList->resize(_panelWidth(), m_groupList->height());
-        m_splitter->setHandlePos(_panelWidth());
+        _showPanel();
         _animatePane(0, _panelWidth() + m_splitter->handleWidth());
     }
 }
@@ -258,6 +290,8 @@ void MainWindow::_animatePane(int fromLeft, int toLeft)
     const auto withLeft = [this, pane](int left) {
         return QRect(QPoint(left, pane.top()), QPoint(width() - 1, pane.bottom()));
     };
+    // Over the splitter's line, which it passes.
+    m_rightPane->raise();
     m_animation->setStartValue(withLeft(fromLeft));
     m_animation->setEndValue(withLeft(toLeft));
     m_animation->start(QAbstractAnimation::KeepWhenStopped);
@@ -272,7 +306,10 @@ void MainWindow::_onSetViewAnimationFinished()
         icons::fromPictures({compact ? u":/icons/view_normal"_s : u":/icons/view_compact"_s}));
     const ViewLabels labels = actions.viewLabels();
     actions.switchView()->setText(compact ? labels.normal : labels.compact);
-    m_splitter->setHandlePos(compact ? 0 : _panelWidth());
+    if (compact)
+        m_splitter->setHandlePos(0);
+    else
+        _showPanel();
 }
 
 void MainWindow::_onGroupSelected(const FocusGroup::Id& id)
@@ -331,10 +368,10 @@ void MainWindow::moveEvent(QMoveEvent* event)
 void MainWindow::resizeEvent(QResizeEvent* event)
 {
     LocalizedDialog::resizeEvent(event);
-    const int widest = width() - paneMinimumWidth - m_splitter->handleWidth();
-    // The tasks stay in view however narrow the window gets.
-    if (m_splitter->handlePos() > widest && m_animation->state() != QAbstractAnimation::Running)
-        m_splitter->setHandlePos(widest);
+    if (settings().compactView || m_animation->state() == QAbstractAnimation::Running)
+        return;
+    _takePanelWidth();
+    _showPanel();
 }
 
 void MainWindow::showEvent(QShowEvent* event)

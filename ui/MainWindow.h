@@ -10,6 +10,7 @@ class CommitStrip;
 class FancySplitter;
 class FocusGroupListWidget;
 class QPropertyAnimation;
+class QScreen;
 class TaskListWidget;
 class TrayIcon;
 struct CommitFailure;
@@ -71,7 +72,11 @@ private:
     void _setView(bool compact, bool immediate);
     void _animatePane(int fromLeft, int toLeft);
     void _onSetViewAnimationFinished();
+    void _centreOn(const QScreen& screen);
     [[nodiscard]] int _panelWidth() const;
+    void _showPanel();
+    void _takePanelWidth();
+    void _storePanelWidth();
 
     FocusGroupListWidget* m_groupList = nullptr;
     TaskListWidget* m_taskList = nullptr;
@@ -81,4 +86,6 @@ private:
     QPointer<CommitStrip> m_commitStrip; // only while changes cannot be saved
     QWidget* m_toolbar = nullptr;
     QPropertyAnimation* m_animation = nullptr;
+    int m_panelWidth = 0;      // that it is to have
+    int m_shownPanelWidth = 0; // that the window gave it last
 };

@@ -7,18 +7,15 @@
 #include "ui/DragHelper.h"
 #include "ui/DragPicture.h"
 #include "ui/GroupHintWidget.h"
+#include "ui/RunningDrag.h"
 #include "ui/StarterTask.h"
-#include "ui/TaskDrag.h"
 #include "ui/TaskListAccessible.h"
 #include "ui/TaskWidget.h"
 #include "ui/icons/IconsHelper.h"
 
 #include <QApplication>
-#include <QDrag>
 #include <QKeyEvent>
-#include <QMimeData>
 #include <QMouseEvent>
-#include <QPointer>
 #include <QScrollBar>
 
 #include <boost/make_shared.hpp>
@@ -45,9 +42,7 @@ TaskListWidget::TaskListWidget(const FocusGroup::Id& groupId, QWidget* parent)
     connect(new DayWatch(this), &DayWatch::dayChanged, this, &TaskListWidget::_repaintRows);
     _retranslate();
     _measureRows();
-    m_group = taskStorage().getGroup(groupId);
     _loadTasks();
-    _showHint();
 }
 
 TaskListWidget::~TaskListWidget()
@@ -57,12 +52,12 @@ TaskListWidget::~TaskListWidget()
         return;
     m_edited->disconnectEdits();
     if (_isEmptyAndNew(m_rows.edited()))
-        m_group.remove(m_rows.idAt(m_rows.edited()), true);
+        taskStorage().removeTask(m_groupId, m_rows.idAt(m_rows.edited()), true);
 }
 
 void TaskListWidget::endEditing()
 {
-    _stopEditing(m_edited, false);
+    stopEditing(m_edited, false);
 }
 
 /// A new task that nothing was entered for.
@@ -75,13 +70,10 @@ void TaskListWidget::setGroup(const FocusGroup::Id& id)
 {
     if (id == m_groupId)
         return;
-    _stopEditing(m_edited, false);
     _clear();
     m_groupId = id;
-    m_group = taskStorage().getGroup(id);
     delete std::exchange(m_hint, nullptr);
     _loadTasks();
-    _showHint();
     verticalScrollBar()->setValue(0);
 }
 
@@ -92,33 +84,30 @@ void TaskListWidget::refresh()
     const int vertical = verticalScrollBar()->value();
     const int horizontal = horizontalScrollBar()->value();
     const FocusGroup::Id id = m_groupId;
-    _stopEditing(m_edited, false);
     _clear();
     m_groupId = id;
-    m_group = taskStorage().getGroup(id);
     _loadTasks();
-    _showHint();
     verticalScrollBar()->setValue(vertical);
     horizontalScrollBar()->setValue(horizontal);
 }
 
 void TaskListWidget::updateGroup()
 {
-    m_group = taskStorage().getGroup(m_groupId);
     if (m_hint)
         m_hint->updateIcon(_groupIcon());
 }
 
 QIcon TaskListWidget::_groupIcon() const
 {
-    return dynamic_singleton<IconsHelper>::inst().groupIcon(m_groupId, m_group.iconName(),
-                                                            m_group.tasks().isEmpty());
+    const FocusGroup group = taskStorage().getGroup(m_groupId);
+    return dynamic_singleton<IconsHelper>::inst().groupIcon(m_groupId, group.iconName(),
+                                                            group.tasks().isEmpty());
 }
 
 /// An empty group shows its hint, any other none.
 void TaskListWidget::_showHint()
 {
-    if (!m_group.tasks().isEmpty()) {
+    if (m_rows.count() > 0) {
         if (m_hint) {
             m_hint->hide();
             m_hint->deleteLater();
@@ -146,40 +135,63 @@ TaskWidget* TaskListWidget::_createRow(QWidget* parent)
     return new TaskWidget({}, this, parent);
 }
 
-/// Rows have come, gone or changed places.
-void TaskListWidget::_rowsChanged()
-{
-    _layoutRows();
-    announceRows(this);
-}
-
+/// Forgets the group; what is shown goes with the next tasks.
 void TaskListWidget::_clear()
 {
-    m_group = FocusGroup();
+    stopEditing(m_edited, false);
     m_groupId = {};
     m_rows.clear();
-    m_edited = nullptr;
-    _rowsChanged();
-    _selectionChanged();
 }
 
 void TaskListWidget::_loadTasks()
 {
-    if (m_groupId.isNull())
+    _setTasks(taskStorage().getGroup(m_groupId).tasks().toList());
+}
+
+/// Shows the tasks that the group holds now. Commands of the list end here as changes from
+/// elsewhere do: they change the store, and nothing else.
+void TaskListWidget::_followStore()
+{
+    m_followPending = false;
+    const QList<TodoTask::Id> ids = taskStorage().getGroup(m_groupId).tasks().toList();
+    if (m_rows.matches(ids))
         return;
-    m_rows.assign(m_group.tasks().toList());
+    const int place = m_edited ? rowRect(m_rows.edited()).top() : 0;
+    _setTasks(ids);
+    // Where one types stays where it is while rows above come and go.
+    if (m_edited)
+        _keepInPlace(m_rows.edited(), place);
+}
+
+void TaskListWidget::_setTasks(const QList<TodoTask::Id>& ids)
+{
+    m_rows.assign(ids);
+    if (m_edited && m_rows.edited() < 0)
+        _closeForm();
     _rowsChanged();
     _selectionChanged();
 }
 
+/// Rows have come, gone, changed places or the edited one.
+void TaskListWidget::_rowsChanged()
+{
+    _showHint();
+    _layoutRows();
+    announceRows(this);
+}
+
+/// Scrolls so that a row lies at a height of the viewport, where it was before others changed.
+void TaskListWidget::_keepInPlace(qsizetype row, int place)
+{
+    verticalScrollBar()->setValue(verticalScrollBar()->value() + rowRect(row).top() - place);
+}
+
+/// Shows a task that the group got.
 void TaskListWidget::_addTask(const TodoTask::Id& id, bool edit)
 {
-    if (id.isNull())
-        return;
-    m_rows.append(id);
-    _rowsChanged();
+    _followStore();
     if (edit)
-        _startEditing(m_rows.count() - 1);
+        _startEditing(m_rows.indexOf(id));
 }
 
 /// Fills the Inbox with tasks that show a new user around.
@@ -189,14 +201,13 @@ void TaskListWidget::_onHeadStart(const QString& /*target*/)
         return;
     for (const StarterTask& task : StarterTask::all())
         _createTaskHelper(task.name, task.notes);
-    _showHint();
+    m_firstClickHere = false;
 }
 
 void TaskListWidget::_createTaskHelper(const QString& name, const QString& notes)
 {
     const TodoTask::Id id = taskStorage().createTask(m_groupId);
     TodoTask task = taskStorage().get(id);
-    m_group._add(id);
     task.rename(name);
     task.setNotes(notes);
     _addTask(id, false);
@@ -208,12 +219,11 @@ void TaskListWidget::newTask()
     if (taskStorage().getGroup(m_groupId).id().isNull())
         return;
     _startEditing(-1);
-    const TodoTask::Id id = taskStorage().createTask(m_groupId);
-    m_group._add(id);
-    _showHint();
-    _addTask(id, true);
-    m_rows.setNew(m_rows.count() - 1, true);
-    _makeVisible(m_rows.count() - 1);
+    _addTask(taskStorage().createTask(m_groupId), true);
+    if (!m_edited)
+        return;
+    m_rows.setNew(m_rows.edited(), true);
+    _makeVisible(m_rows.edited());
 }
 
 void TaskListWidget::editTask()
@@ -231,42 +241,34 @@ void TaskListWidget::cleanup()
 {
     if (m_rows.count() == 0)
         return;
-    _stopEditing(m_edited, false);
-    m_rows.removeIf([this](qsizetype row) {
-        const TodoTask::Id id = m_rows.idAt(row);
-        const TodoTask task = taskStorage().get(id);
+    stopEditing(m_edited, false);
+    for (qsizetype row = m_rows.count() - 1; row >= 0; --row) {
+        const TodoTask task = taskStorage().get(m_rows.idAt(row));
         if (task.completed())
-            m_group.move(id, TaskStorage::ms_completedId);
+            taskStorage().moveTasks(m_groupId, TaskStorage::ms_completedId, {task.id()});
         else if (task.empty())
-            m_group.remove(id, false);
-        else
-            return false;
-        return true;
-    });
-    _rowsChanged();
-    _selectionChanged();
-    _showHint();
+            taskStorage().removeTask(m_groupId, m_rows.idAt(row), false);
+    }
+    _followStore();
 }
 
 void TaskListWidget::deleteTasks()
 {
-    _stopEditing(m_edited, false);
+    stopEditing(m_edited, false);
     if (m_rows.selectedCount() == 0)
         return;
     for (qsizetype row = 0; row < m_rows.count(); ++row) {
         if (m_rows.isSelected(row))
-            m_group.remove(m_rows.idAt(row), false);
+            taskStorage().removeTask(m_groupId, m_rows.idAt(row), false);
     }
-    m_rows.removeIf([this](qsizetype row) { return m_rows.isSelected(row); });
     _clearSelection();
-    _rowsChanged();
-    _showHint();
+    _followStore();
 }
 
 void TaskListWidget::_startEditing(qsizetype row)
 {
     if (row == -1) {
-        _stopEditing(m_edited, false);
+        stopEditing(m_edited, false);
         return;
     }
     if (!m_rows.isValid(row) || row == m_rows.edited())
@@ -274,7 +276,7 @@ void TaskListWidget::_startEditing(qsizetype row)
     const TodoTask::Id id = m_rows.idAt(row);
     if (m_edited) {
         // Ending the other edit may take its row away.
-        _stopEditing(m_edited, false);
+        stopEditing(m_edited, false);
         row = m_rows.indexOf(id);
     }
     m_pressed.reset();
@@ -299,32 +301,30 @@ void TaskListWidget::_closeForm()
     row->setEditing(false, false, false);
 }
 
-void TaskListWidget::_stopEditing(TaskWidget* row, bool byReturn)
+void TaskListWidget::stopEditing(TaskWidget* row, bool byReturn)
 {
     if (!m_edited || row != m_edited)
         return;
     const qsizetype index = m_rows.edited();
     const bool isAbove = rowRect(index).bottom() < 0;
-    const qint64 height = m_rows.contentHeight();
+    const int place = rowRect(index + 1).top();
     _closeForm();
     m_rows.setEdited(-1, 0);
     m_endedByReturn = byReturn;
-    if (_isEmptyAndNew(index)) {
-        m_group.remove(m_rows.idAt(index), true);
-        _clearSelection();
-        m_rows.removeAt(index);
-    } else if (m_rows.isValid(index)) {
-        m_rows.setNew(index, false);
-    }
+    const bool vanishes = _isEmptyAndNew(index);
+    m_rows.setNew(index, false);
     _rowsChanged();
+    if (vanishes) {
+        taskStorage().removeTask(m_groupId, m_rows.idAt(index), true);
+        _clearSelection();
+        _followStore();
+    }
+    // The form lay above what is in view, which stays where it is.
     if (isAbove)
-        // The form lay above what is in view, which stays where it is.
-        verticalScrollBar()->setValue(verticalScrollBar()->value() -
-                                      static_cast<int>(height - m_rows.contentHeight()));
-    _showHint();
+        _keepInPlace(vanishes ? index : index + 1, place);
 }
 
-void TaskListWidget::_rowHeightChanged(TaskWidget* row)
+void TaskListWidget::rowHeightChanged(TaskWidget* row)
 {
     if (row != m_edited)
         return;
@@ -332,7 +332,7 @@ void TaskListWidget::_rowHeightChanged(TaskWidget* row)
     _layoutRows();
 }
 
-void TaskListWidget::_showPartOfRow(TaskWidget* row, const QRect& part)
+void TaskListWidget::showPartOfRow(TaskWidget* row, const QRect& part)
 {
     if (row != m_edited)
         return;
@@ -358,6 +358,7 @@ void TaskListWidget::mousePressEvent(QMouseEvent* event)
     const qsizetype pressed = rowAt(m_pressPoint);
     const TodoTask::Id id = pressed >= 0 ? m_rows.idAt(pressed) : TodoTask::Id();
     _startEditing(-1);
+    m_firstClickHere = true;
     m_pressed = id;
     m_leftDown = true;
     // Ending the edit may have taken a row away.
@@ -406,6 +407,8 @@ void TaskListWidget::mouseDoubleClickEvent(QMouseEvent* event)
         event->ignore();
         return;
     }
+    if (!m_firstClickHere)
+        return;
     const qsizetype row = _clickedRow(event->position().toPoint());
     _clearSelection();
     if (row < 0) {
@@ -443,7 +446,7 @@ void TaskListWidget::keyPressEvent(QKeyEvent* event)
         break;
     case Qt::Key_Escape:
         if (m_edited)
-            _stopEditing(m_edited, false);
+            stopEditing(m_edited, false);
         else
             TaskRowPanel::keyPressEvent(event);
         break;
@@ -485,31 +488,10 @@ void TaskListWidget::_onGroupChanged(const FocusGroup::Id& id)
     QMetaObject::invokeMethod(this, &TaskListWidget::_followStore, Qt::QueuedConnection);
 }
 
-/// Shows the tasks that the group holds now, where this list's own steps did not already.
-void TaskListWidget::_followStore()
-{
-    m_followPending = false;
-    m_group = taskStorage().getGroup(m_groupId);
-    const QList<TodoTask::Id> ids = m_group.tasks().toList();
-    if (m_rows.matches(ids))
-        return;
-    const int place = m_edited ? rowRect(m_rows.edited()).top() : 0;
-    m_rows.assign(ids);
-    if (m_edited && m_rows.edited() < 0)
-        _closeForm();
-    _rowsChanged();
-    if (m_edited)
-        // Where one types stays where it is while rows above come and go.
-        verticalScrollBar()->setValue(verticalScrollBar()->value() +
-                                      rowRect(m_rows.edited()).top() - place);
-    _selectionChanged();
-    _showHint();
-}
-
 bool TaskListWidget::_isDragStart(const QMouseEvent* event) const
 {
-    if (!(event->buttons() & Qt::LeftButton) || !m_mayDrag || m_dragging ||
-        m_rows.selectedCount() == 0)
+    if (!(event->buttons() & Qt::LeftButton) || !m_mayDrag || m_rows.selectedCount() == 0 ||
+        dynamic_singleton<DragHelper>::inst().isDragging())
         return false;
     const QPoint way = event->position().toPoint() - m_pressPoint;
     return way.manhattanLength() >= QApplication::startDragDistance();
@@ -521,16 +503,25 @@ void TaskListWidget::mouseMoveEvent(QMouseEvent* event)
         _startDrag(event->modifiers());
 }
 
-boost::shared_ptr<DragGroup> TaskListWidget::_makeDrag(QList<TodoTask>& tasks) const
+boost::shared_ptr<DragGroup> TaskListWidget::_draggedTasks() const
 {
     const auto drag = boost::make_shared<DragGroup>(DragGroup::TasksDrag);
     for (qsizetype row = 0; row < m_rows.count(); ++row) {
-        if (!m_rows.isSelected(row))
-            continue;
-        drag->addTask(m_groupId, m_rows.idAt(row));
-        tasks += taskStorage().get(m_rows.idAt(row));
+        if (m_rows.isSelected(row))
+            drag->addTask(m_groupId, m_rows.idAt(row));
     }
     return drag;
+}
+
+/// What other programs get from the drag.
+QString TaskListWidget::_draggedText() const
+{
+    QStringList lines;
+    for (qsizetype row = 0; row < m_rows.count(); ++row) {
+        if (m_rows.isSelected(row))
+            lines += taskStorage().get(m_rows.idAt(row)).toString();
+    }
+    return lines.join("\r\n"_L1);
 }
 
 QPixmap TaskListWidget::_dragPicture()
@@ -547,27 +538,19 @@ QPixmap TaskListWidget::_dragPicture()
 
 void TaskListWidget::_startDrag(Qt::KeyboardModifiers keys)
 {
-    QList<TodoTask> tasks;
-    const boost::shared_ptr<DragGroup> group = _makeDrag(tasks);
-    group->setCopy((keys & Qt::ControlModifier) != 0 && !TaskStorage::isArchive(m_groupId));
-    auto& registry = dynamic_singleton<DragHelper>::inst();
-    const int id = registry.startDrag(group);
-
-    auto* drag = new QDrag(this);
-    drag->setMimeData(taskdrag::mimeData(id, tasks));
-    drag->setPixmap(_dragPicture());
+    const boost::shared_ptr<DragGroup> tasks = _draggedTasks();
+    tasks->setCopy((keys & Qt::ControlModifier) != 0 && !TaskStorage::isArchive(m_groupId));
+    RunningDrag drag(this, tasks);
+    drag.setText(_draggedText());
     const qsizetype pressed = rowAt(m_pressPoint);
-    if (pressed >= 0)
-        drag->setHotSpot(m_pressPoint - rowRect(pressed).topLeft());
+    const QPoint corner = pressed >= 0 ? rowRect(pressed).topLeft() : m_pressPoint;
+    drag.setPicture(_dragPicture(), m_pressPoint - corner);
 
-    m_dragging = true;
-    for (const TodoTask& task : std::as_const(tasks))
-        Q_EMIT highlightGroups(task.id());
-    const QPointer<TaskListWidget> self(this);
-    const Qt::DropAction action = drag->exec(Qt::MoveAction);
-    if (self)
-        _finishDrag(action == Qt::MoveAction && group->result() == DragGroup::Moved);
-    registry.dragDone(id);
+    for (const TodoTask::Id& id : tasks->tasks().value(m_groupId))
+        Q_EMIT highlightGroups(id);
+    const bool moved = drag.exec();
+    if (!drag.isOrphaned())
+        _finishDrag(moved && tasks->result() == DragGroup::Moved);
 }
 
 void TaskListWidget::_finishDrag(bool movedAway)
@@ -577,7 +560,6 @@ void TaskListWidget::_finishDrag(bool movedAway)
         _clearSelection();
     }
     Q_EMIT highlightGroups({});
-    m_dragging = false;
     // The drag swallowed the release.
     m_mayDrag = false;
     m_leftDown = false;
@@ -589,12 +571,10 @@ void TaskListWidget::_reorderSelected(DragGroup& drag, const TaskRows::DropPosit
     const TaskRows::DropPosition anchor = m_rows.dropAnchor(drop);
     if (anchor.row < 0)
         return;
-    const TodoTask::Id anchorId = m_rows.idAt(anchor.row);
-    m_rows.moveSelected(anchor);
-    _rowsChanged();
     const auto& tasks = drag.tasks();
-    m_group.reorder(anchorId, anchor.before,
-                    tasks.isEmpty() ? QList<TodoTask::Id>() : *tasks.cbegin());
+    taskStorage().reorderTasks(m_groupId, m_rows.idAt(anchor.row), anchor.before,
+                               tasks.isEmpty() ? QList<TodoTask::Id>() : *tasks.cbegin());
+    _followStore();
     drag.setResult(DragGroup::Reordered);
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "taskdb/FocusGroup.h"
+#include "ui/TaskRowHost.h"
 #include "ui/TaskRowPanel.h"
 
 #include <QPixmap>
@@ -15,7 +16,7 @@ class GroupHintWidget;
 
 /// Shows a group's tasks as a column of rows and owns their selection, editing, keys and drags.
 /// What changes elsewhere in the store shows here by itself. An empty group shows what it is for.
-class TaskListWidget : public TaskRowPanel
+class TaskListWidget : public TaskRowPanel, public TaskRowHost
 {
     Q_OBJECT
 
@@ -28,7 +29,7 @@ public:
     void setGroup(const FocusGroup::Id& id);
     /// Reads the group and its tasks anew; the scroll position stays.
     void refresh();
-    /// Reads the group's record anew.
+    /// The group's record has changed: its icon may be another one.
     void updateGroup();
 
     /// Creates a task at the end of the group and starts editing it.
@@ -44,13 +45,10 @@ public:
 
     /// Ends the running edit, if any. To be called before the window is taken apart.
     void endEditing();
-    /// Ends the running edit, if any; a new task that was left empty vanishes. `byReturn`: the
-    /// list is about to see the Return key that ended it.
-    void _stopEditing(TaskWidget* row, bool byReturn);
-    /// The edited row needs more or less room.
-    void _rowHeightChanged(TaskWidget* row);
-    /// Scrolls as little as needed to show `part`, in the edited row's own coordinates.
-    void _showPartOfRow(TaskWidget* row, const QRect& part);
+    /// A new task that was left empty vanishes.
+    void stopEditing(TaskWidget* row, bool byReturn) override;
+    void rowHeightChanged(TaskWidget* row) override;
+    void showPartOfRow(TaskWidget* row, const QRect& part) override;
 
     /// The anchor of selections by key and Shift; -1 for none.
     [[nodiscard]] qsizetype currentIndex() const { return m_rows.current(); }
@@ -73,9 +71,12 @@ private Q_SLOTS:
 private:
     [[nodiscard]] TaskWidget* _createRow(QWidget* parent) override;
 
-    void _rowsChanged();
     void _clear();
     void _loadTasks();
+    void _followStore();
+    void _setTasks(const QList<TodoTask::Id>& ids);
+    void _rowsChanged();
+    void _keepInPlace(qsizetype row, int place);
     void _addTask(const TodoTask::Id& id, bool edit);
     void _createTaskHelper(const QString& name, const QString& notes);
     void _showHint();
@@ -90,27 +91,26 @@ private:
 
     void _onTaskChanged(const TodoTask::Id& id);
     void _onGroupChanged(const FocusGroup::Id& id);
-    void _followStore();
 
     [[nodiscard]] qsizetype _clickedRow(const QPoint& point) const;
     [[nodiscard]] bool _isDragStart(const QMouseEvent* event) const;
     void _startDrag(Qt::KeyboardModifiers keys);
     void _finishDrag(bool movedAway);
-    [[nodiscard]] boost::shared_ptr<DragGroup> _makeDrag(QList<TodoTask>& tasks) const;
+    [[nodiscard]] boost::shared_ptr<DragGroup> _draggedTasks() const;
+    [[nodiscard]] QString _draggedText() const;
     [[nodiscard]] QPixmap _dragPicture();
     void _reorderSelected(DragGroup& drag, const TaskRows::DropPosition& drop) override;
 
     bool m_endedByReturn = false;
     TaskWidget* m_edited = nullptr;
     FocusGroup::Id m_groupId;
-    FocusGroup m_group;
     GroupHintWidget* m_hint = nullptr;
     bool m_followPending = false;
 
     QPixmap m_background;
-    bool m_mayDrag = false; // the left button went down while nothing was edited
-    bool m_dragging = false;
-    bool m_leftDown = false; // pressed in the list, outside of the edited row
+    bool m_mayDrag = false;       // the left button went down while nothing was edited
+    bool m_leftDown = false;      // pressed in the list, outside of the edited row
+    bool m_firstClickHere = true; // not on the hint, which is gone when the second one comes
     QPoint m_pressPoint;
     std::optional<TodoTask::Id> m_pressed; // the task there, null for empty space
 };

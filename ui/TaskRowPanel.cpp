@@ -1,8 +1,7 @@
 #include "ui/TaskRowPanel.h"
 
 #include "ui/DragAutoScroll.h"
-#include "ui/DragGroup.h"
-#include "ui/TaskDrag.h"
+#include "ui/DragHelper.h"
 #include "ui/TaskWidget.h"
 #include "ui/controls/StyleHelper.h"
 
@@ -18,6 +17,13 @@
 namespace {
 constexpr int lineOverhang = 5; // of the insertion line beyond the rows, in pixels
 constexpr qreal lineEndRadius = 2.5;
+
+/// The registered drag of tasks that this data stands for; empty for anything else.
+boost::shared_ptr<DragGroup> tasksIn(const QMimeData* data)
+{
+    const auto drag = dynamic_singleton<DragHelper>::inst().dragOf(data);
+    return drag && drag->type() == DragGroup::TasksDrag ? drag : nullptr;
+}
 } // namespace
 
 TaskRowPanel::TaskRowPanel(QWidget* parent)
@@ -333,7 +339,7 @@ void TaskRowPanel::dragEnterEvent(QDragEnterEvent* event)
 
 void TaskRowPanel::dragMoveEvent(QDragMoveEvent* event)
 {
-    if (!taskdrag::find(event->mimeData())) {
+    if (!tasksIn(event->mimeData())) {
         event->ignore();
         return;
     }
@@ -349,7 +355,7 @@ void TaskRowPanel::dragLeaveEvent(QDragLeaveEvent* /*event*/)
 void TaskRowPanel::dropEvent(QDropEvent* event)
 {
     const TaskRows::DropPosition drop = _clearDropPosition();
-    const boost::shared_ptr<DragGroup> drag = taskdrag::find(event->mimeData());
+    const boost::shared_ptr<DragGroup> drag = tasksIn(event->mimeData());
     if (!drag || !m_rows.isValid(drop.row)) {
         event->ignore();
         return;

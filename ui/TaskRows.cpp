@@ -2,6 +2,9 @@
 
 #include <QHash>
 
+#include <algorithm>
+#include <iterator>
+
 qsizetype TaskRows::indexOf(const TodoTask::Id& id) const
 {
     for (qsizetype row = 0; row < m_rows.size(); ++row) {
@@ -9,18 +12,6 @@ qsizetype TaskRows::indexOf(const TodoTask::Id& id) const
             return row;
     }
     return -1;
-}
-
-void TaskRows::removeAt(qsizetype row)
-{
-    _forget(m_rows.at(row));
-    m_rows.removeAt(row);
-    for (qsizetype* place : {&m_edited, &m_current}) {
-        if (*place == row)
-            *place = -1;
-        else if (*place > row)
-            --*place;
-    }
 }
 
 TaskRows::Places TaskRows::_places() const
@@ -43,19 +34,25 @@ void TaskRows::clear()
     m_current = -1;
 }
 
+/// Most changes leave both ends of the list as they are: only what lies between is looked up.
 void TaskRows::assign(const QList<TodoTask::Id>& ids)
 {
     const Places places = _places();
+    const auto same = [](const Row& row, const TodoTask::Id& id) { return row.id == id; };
+    const auto head = std::mismatch(m_rows.cbegin(), m_rows.cend(), ids.cbegin(), ids.cend(), same);
+    const auto tail = std::mismatch(m_rows.crbegin(), std::make_reverse_iterator(head.first),
+                                    ids.crbegin(), std::make_reverse_iterator(head.second), same);
     QHash<TodoTask::Id, Row> known;
-    known.reserve(m_rows.size());
-    for (const Row& row : std::as_const(m_rows))
-        known.insert(row.id, row);
-    clear();
-    m_rows.reserve(ids.size());
-    for (const TodoTask::Id& id : ids) {
-        m_rows.append(known.value(id, Row{id, false, false}));
-        m_selected += m_rows.constLast().selected ? 1 : 0;
-    }
+    for (auto row = head.first; row != tail.first.base(); ++row)
+        known.insert(row->id, *row);
+    QList<Row> rows;
+    rows.reserve(ids.size());
+    std::copy(m_rows.cbegin(), head.first, std::back_inserter(rows));
+    for (auto id = head.second; id != tail.second.base(); ++id)
+        rows.append(known.value(*id, Row{*id, false, false}));
+    std::copy(tail.first.base(), m_rows.cend(), std::back_inserter(rows));
+    m_rows = rows;
+    m_selected = std::count_if(rows.cbegin(), rows.cend(), [](const Row& r) { return r.selected; });
     _restore(places);
 }
 
@@ -106,29 +103,6 @@ TaskRows::DropPosition TaskRows::dropAnchor(const DropPosition& drop) const
             return {row, false};
     }
     return {};
-}
-
-void TaskRows::moveSelected(const DropPosition& anchor)
-{
-    const Places places = _places();
-    QList<Row> moved;
-    moved.reserve(m_selected);
-    for (const Row& row : std::as_const(m_rows)) {
-        if (row.selected)
-            moved.append(row);
-    }
-    QList<Row> ordered;
-    ordered.reserve(m_rows.size());
-    for (qsizetype row = 0; row < count(); ++row) {
-        if (row == anchor.row && anchor.before)
-            ordered += moved;
-        if (!isSelected(row))
-            ordered.append(m_rows.at(row));
-        if (row == anchor.row && !anchor.before)
-            ordered += moved;
-    }
-    m_rows = ordered;
-    _restore(places);
 }
 
 void TaskRows::setEdited(qsizetype row, int height)

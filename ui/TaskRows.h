@@ -39,12 +39,7 @@ public:
     /// The row of a task, or -1. Linear.
     [[nodiscard]] qsizetype indexOf(const TodoTask::Id& id) const;
 
-    void append(const TodoTask::Id& id) { m_rows.append({id, false, false}); }
-    void removeAt(qsizetype row);
     void clear();
-    /// Removes every row for which `gone(row)` holds, asking from last to first.
-    template <typename Predicate>
-    void removeIf(Predicate gone);
     /// Takes over a new order of tasks; tasks that stay keep their state.
     void assign(const QList<TodoTask::Id>& ids);
     /// Whether the rows are exactly these tasks in this order.
@@ -66,8 +61,6 @@ public:
     /// The unselected row next to which the selected ones would go, and the side of it: the nearest
     /// one from the drop position downwards, or else upwards. Row -1 when all are selected.
     [[nodiscard]] DropPosition dropAnchor(const DropPosition& drop) const;
-    /// Moves the selected rows, in their order, next to an unselected one.
-    void moveSelected(const DropPosition& anchor);
 
     /// Height of the rows that are not edited, in pixels.
     void setRowHeight(int height) { m_rowHeight = height; }
@@ -105,7 +98,6 @@ private:
     [[nodiscard]] Places _places() const;
     void _restore(const Places& places);
 
-    void _forget(const Row& row) { m_selected -= row.selected ? 1 : 0; }
     [[nodiscard]] qsizetype _rowBelow(qint64 y) const;
 
     QList<Row> m_rows;
@@ -115,19 +107,3 @@ private:
     int m_editedHeight = 0;
     int m_rowHeight = 1;
 };
-
-template <typename Predicate>
-void TaskRows::removeIf(Predicate gone)
-{
-    const Places places = _places();
-    QList<Row> kept;
-    kept.reserve(m_rows.size());
-    for (qsizetype row = m_rows.size() - 1; row >= 0; --row) {
-        if (gone(row))
-            _forget(m_rows.at(row));
-        else
-            kept.prepend(m_rows.at(row));
-    }
-    m_rows = kept;
-    _restore(places);
-}

@@ -2,7 +2,7 @@
 
 #include "app/core/TaskCore.h"
 #include "ui/ElidedLabel.h"
-#include "ui/TaskListWidget.h"
+#include "ui/TaskRowHost.h"
 #include "ui/controls/DateWidget.h"
 #include "ui/controls/FancyLineEdit.h"
 #include "ui/controls/HintedEdit.h"
@@ -32,9 +32,9 @@ constexpr qreal completedOpacity = 0.6;
 constexpr int longestName = 1'000'000;
 } // namespace
 
-TaskWidget::TaskWidget(const TodoTask::Id& id, TaskListWidget* list, QWidget* parent)
+TaskWidget::TaskWidget(const TodoTask::Id& id, TaskRowHost* host, QWidget* parent)
     : QWidget(parent)
-    , m_list(list)
+    , m_host(host)
 {
     m_stack = new QStackedLayout(this);
     _createViewLayout();
@@ -222,7 +222,7 @@ void TaskWidget::setCompleted(bool completed)
         return;
     m_task.setCompleted(completed);
     if (completed && isEditing())
-        m_list->_stopEditing(this, false);
+        m_host->stopEditing(this, false);
     _updateVisuals();
     update();
 }
@@ -234,7 +234,7 @@ bool TaskWidget::isPressed() const
 
 void TaskWidget::_stopEditing()
 {
-    m_list->_stopEditing(this, true);
+    m_host->stopEditing(this, true);
 }
 
 void TaskWidget::_nameTextChanged(const QString& /*text*/)
@@ -247,7 +247,7 @@ void TaskWidget::_notesTextChanged()
     m_notesEdit->updateGeometry();
     if (faceHeight() != height()) {
         fixHeight();
-        m_list->_rowHeightChanged(this);
+        m_host->rowHeightChanged(this);
         _showCursor();
     }
     m_task.setNotes(m_notesEdit->userText());
@@ -283,7 +283,7 @@ void TaskWidget::_showCursor()
     QRect place = editor->rect();
     if (editor == m_notesEdit)
         place = m_notesEdit->cursorRect();
-    m_list->_showPartOfRow(this, place.translated(editor->mapTo(this, QPoint(0, 0))));
+    m_host->showPartOfRow(this, place.translated(editor->mapTo(this, QPoint(0, 0))));
 }
 
 void TaskWidget::placePopup()

@@ -11,19 +11,20 @@ class FancyLineEdit;
 class NotesTextEdit;
 class QStackedLayout;
 class TaskCheckbox;
-class TaskListWidget;
+class TaskRowHost;
 template <class Editor>
 class HintedEditT;
 
 /// Shows a task as a checkbox and its name, or as a form to edit name, notes and due date in place.
 /// Every change goes into the store at once. The row takes neither keys nor, unless edited, the
-/// mouse: they belong to the list.
+/// mouse: they belong to its host.
 class TaskWidget : public QWidget
 {
     Q_OBJECT
 
 public:
-    TaskWidget(const TodoTask::Id& id, TaskListWidget* list, QWidget* parent);
+    /// `host` is not owned and outlives the row.
+    TaskWidget(const TodoTask::Id& id, TaskRowHost* host, QWidget* parent);
 
     [[nodiscard]] TodoTask::Id taskId() const { return m_id; }
     /// Shows another task, not being edited.
@@ -105,7 +106,7 @@ private:
 
     TodoTask::Id m_id;
     TodoTask m_task;
-    TaskListWidget* m_list;
+    TaskRowHost* m_host;
     uint m_state = 0;
     bool m_settingCheckbox = false;
 };

@@ -29,8 +29,15 @@ private:
         return drag;
     }
 
+    QWidget* panel() { return m_window->groupList()->viewport(); }
+    QPoint entryPoint(int number)
+    {
+        const FocusGroupWidget* entry = m_window->groupList()->entries().at(number);
+        return entry->mapTo(panel(), entry->rect().center());
+    }
+
     /// Drags over the widget along the points and drops at the last. Returns whether the drag was
-    /// let in and dropped.
+    /// let in and dropped; refused, it must have been shown so all along.
     bool drop(const boost::shared_ptr<DragGroup>& drag, QWidget* target, const QList<QPoint>& way)
     {
         auto& registry = dynamic_singleton<DragHelper>::inst();
@@ -40,15 +47,17 @@ private:
         QDragEnterEvent enter(way.first(), Qt::MoveAction, &data, Qt::LeftButton, {});
         enter.ignore();
         QCoreApplication::sendEvent(target, &enter);
+        bool allowed = enter.isAccepted() && enter.dropAction() == Qt::MoveAction;
         for (const QPoint& point : way) {
             QDragMoveEvent move(point, Qt::MoveAction, &data, Qt::LeftButton, {});
             QCoreApplication::sendEvent(target, &move);
+            allowed = allowed && move.isAccepted();
         }
         QDropEvent event(way.last(), Qt::MoveAction, &data, Qt::LeftButton, {});
         event.ignore();
         QCoreApplication::sendEvent(target, &event);
         registry.dragDone(id);
-        return enter.isAccepted() && event.isAccepted();
+        return allowed && event.isAccepted();
     }
 
 private Q_SLOTS:
@@ -129,9 +138,27 @@ private Q_SLOTS:
         m_window->groupList()->refresh();
         addTasks({u"a"_s, u"b"_s});
         store().addTask(work, task(1).id());
-        QVERIFY(!drop(dragOf(u"ab"_s), m_window->groupList()->entries().at(1), {{20, 8}}));
+        const auto drag = dragOf(u"ab"_s);
+        QVERIFY(!drop(drag, panel(), {entryPoint(1)}));
         QCOMPARE(namesIn(work), u"b"_s);
         QCOMPARE(inbox(), u"a,b"_s);
+    }
+
+    void groupGoesOntoAnotherCustomGroupAndNowhereElse()
+    {
+        store().createGroup(u"Home"_s, {});
+        const auto drag = boost::make_shared<DragGroup>(DragGroup::GroupDrag);
+        drag->setGroupId(store().createGroup(u"Work"_s, {}));
+        m_window->groupList()->refresh();
+        QVERIFY(!drop(drag, panel(), {{20, panel()->height() / 2}}));
+        QList<int> takers;
+        for (int i : {0, 4, 3, 2, 1}) {
+            if (drop(drag, panel(), {entryPoint(i)}))
+                takers += i;
+        }
+        QCOMPARE(takers, QList<int>{1});
+        m_window->groupList()->refresh();
+        QCOMPARE(m_window->groupList()->entries().at(1)->groupId(), drag->groupId());
     }
 };
 

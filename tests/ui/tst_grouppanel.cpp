@@ -142,7 +142,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("over");
         QTest::addColumn<QString>("shown");
         QTest::newRow("no entry") << QString() << u"Add group,Export..."_s;
-        QTest::newRow("custom") << u"Home"_s << u"Edit,Add group,Remove,Export..."_s;
+        QTest::newRow("custom") << u"Home"_s << u"(Edit),Add group,(Remove),Export..."_s;
         QTest::newRow("Completed") << u"Completed"_s << u"Export..."_s;
         QTest::newRow("empty Trash") << u"Trash"_s << u"(Empty Trash),Export..."_s;
     }

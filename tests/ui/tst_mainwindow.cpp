@@ -307,17 +307,24 @@ private Q_SLOTS:
             QVERIFY2(bar->rect().contains(button->geometry()), qPrintable(button->text()));
             QVERIFY2(button->isVisible(), qPrintable(button->text()));
         }
+        // Wide again, the panel is what it was.
+        m_window->resize(800, 300);
+        QCOMPARE(m_window->groupList()->width(), 600);
     }
 
-    void panelWidthFromTheFileIsBroughtIntoRange()
+    void whatTheFileSaysIsShownInRangeAndKept()
     {
-        for (const auto& [stored, shown] : {std::pair(-5, 100), std::pair(1215752191, 699)}) {
+        const QRect narrow(40, 30, 250, 90);
+        for (const auto& [stored, shown] : {std::pair(-5, 100), std::pair(1215752191, 149)}) {
             m_window.reset();
-            settings().mainWindowFrame = QRect();
+            settings().mainWindowFrame = narrow;
             settings().groupPanelWidth = stored;
             m_window = std::make_unique<MainWindow>();
             m_window->show();
             QCOMPARE(m_window->groupList()->width(), shown);
+            m_window.reset();
+            QCOMPARE(settings().mainWindowFrame, narrow);
+            QCOMPARE(settings().groupPanelWidth, stored);
         }
     }
 

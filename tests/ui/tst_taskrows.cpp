@@ -80,23 +80,24 @@ private Q_SLOTS:
         rows.setSelected(4, true);
         rows.setNew(4, true);
         rows.setEdited(4, 90);
-        rows.removeAt(0);
+        QList<TodoTask::Id> ids = makeIds(6);
+        const auto take = [&] {
+            rows.assign(ids);
+            for (qsizetype row = 0; row < rows.count(); ++row)
+                QCOMPARE(rows.idAt(row), ids.at(row));
+        };
+        ids.removeAt(0);
+        take();
         QVERIFY(rows.isSelected(0) && rows.isSelected(3) && rows.isNew(3));
         QCOMPARE(rows.edited(), 3);
-        rows.moveSelected({1, true});
-        QVERIFY(rows.isSelected(0) && rows.isSelected(1));
+        ids.move(3, 1);
+        ids.append(makeIds(7).last());
+        take();
+        QVERIFY(rows.isSelected(0) && rows.isSelected(1) && !rows.isNew(5));
         QCOMPARE(rows.height(1), 90);
-
-        QList<TodoTask::Id> ids = makeIds(6);
-        ids.swapItemsAt(2, 4);
         ids.removeAt(1);
-        rows.assign(ids);
+        take();
         QCOMPARE(rows.selectedCount(), 1);
-        QCOMPARE(rows.edited(), 1);
-        QVERIFY(rows.isSelected(1) && rows.isNew(1));
-        rows.removeIf([](qsizetype row) { return row != 3; });
-        QCOMPARE(rows.idAt(0), ids.at(3));
-        QCOMPARE(rows.selectedCount(), 0);
         QCOMPARE(rows.edited(), -1);
     }
 };

@@ -11,7 +11,8 @@
 
 namespace {
 constexpr int handleThickness = 1;
-}
+constexpr int grip = 3; // to each side of the handle
+} // namespace
 
 FancySplitter::FancySplitter(Qt::Orientation orientation, QWidget* parent)
     : QWidget(parent)
@@ -62,7 +63,8 @@ void FancySplitter::_update()
         m_first->setGeometry(0, 0, pos, height());
         m_first->setVisible(pos > 0);
     }
-    m_handle->setGeometry(pos, 0, handleThickness, height());
+    m_handle->setGeometry(pos - grip, 0, handleThickness + 2 * grip, height());
+    m_handle->raise();
     // Hidden under the pointer it would lose the mouse: a drag keeps it until the release.
     m_handle->setVisible(m_dragging || (pos > 0 && pos < width()));
     if (m_second) {
@@ -96,10 +98,12 @@ void FancySplitter::mousePressEvent(QMouseEvent* event)
 {
     const bool onHandle = m_handle->isVisible() && m_handle->geometry().contains(event->pos());
     m_dragging = onHandle && event->button() == Qt::LeftButton;
-    if (m_dragging)
-        event->accept();
-    else
+    if (!m_dragging) {
         QWidget::mousePressEvent(event);
+        return;
+    }
+    event->accept();
+    m_gripped = event->pos().x() - m_handlePos;
 }
 
 void FancySplitter::mouseMoveEvent(QMouseEvent* event)
@@ -108,7 +112,7 @@ void FancySplitter::mouseMoveEvent(QMouseEvent* event)
         QWidget::mouseMoveEvent(event);
         return;
     }
-    setHandlePos(_draggedPos(event->pos().x()));
+    setHandlePos(_draggedPos(event->pos().x() - m_gripped));
 }
 
 void FancySplitter::mouseReleaseEvent(QMouseEvent* event)

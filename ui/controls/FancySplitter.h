@@ -45,4 +45,5 @@ private:
     FancySplitterHandle* m_handle;
     int m_handlePos = 0;
     bool m_dragging = false;
+    int m_gripped = 0; // how far beside the handle
 };

@@ -2,7 +2,6 @@
 
 #include "ui/controls/StyleHelper.h"
 
-#include <QPaintEvent>
 #include <QPainter>
 
 FancySplitterHandle::FancySplitterHandle(Qt::Orientation orientation, QWidget* parent)
@@ -11,9 +10,7 @@ FancySplitterHandle::FancySplitterHandle(Qt::Orientation orientation, QWidget* p
     setCursor(orientation == Qt::Horizontal ? Qt::SplitHCursor : Qt::SplitVCursor);
 }
 
-void FancySplitterHandle::paintEvent(QPaintEvent* event)
+void FancySplitterHandle::paintEvent(QPaintEvent* /*event*/)
 {
-    QPainter painter(this);
-    painter.fillRect(event->rect(),
-                     dynamic_singleton<fancy::StyleHelper>::inst().color(fancy::Frame));
+    QPainter(this).fillRect(width() / 2, 0, 1, height(), fancy::color(fancy::Frame));
 }

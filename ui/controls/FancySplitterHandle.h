@@ -3,6 +3,7 @@
 
 #include <QWidget>
 
+/// Wider than the line it shows in its middle, so that it can be gripped; it lies over the panes.
 /// Only looks: the splitter handles the mouse.
 class FancySplitterHandle : public QWidget
 {
