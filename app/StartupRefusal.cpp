@@ -2,7 +2,7 @@
 
 #include "app/base/LogHelper.h"
 #include "app/base/ProductHelper.h"
-#include "app/base/Prompt.h"
+#include "ui/controls/Prompt.h"
 
 using namespace Qt::StringLiterals;
 

@@ -1,8 +1,8 @@
 #include "ui/EditGroupDialog.h"
 
-#include "app/base/Prompt.h"
 #include "ui/SelectIconWidget.h"
 #include "ui/controls/FancyLineEdit.h"
+#include "ui/controls/Prompt.h"
 #include "ui/controls/StyleHelper.h"
 
 #include <QLabel>

@@ -2,7 +2,6 @@
 
 #include "app/base/DayWatch.h"
 #include "app/base/ProductHelper.h"
-#include "app/base/Prompt.h"
 #include "app/base/dynamic_singleton.h"
 #include "app/core/GroupName.h"
 #include "app/core/TaskCore.h"
@@ -15,6 +14,7 @@
 #include "ui/GroupPanelAccessible.h"
 #include "ui/RunningDrag.h"
 #include "ui/Shortcuts.h"
+#include "ui/controls/Prompt.h"
 
 #include <QApplication>
 #include <QContextMenuEvent>

@@ -1,11 +1,6 @@
 #include "app/base/ProductHelper.h"
 
 #include "ProductConfig.h"
-#include "app/base/Prompt.h"
-
-#include <QCoreApplication>
-#include <QDesktopServices>
-#include <QUrl>
 
 using namespace Qt::StringLiterals;
 
@@ -51,19 +46,4 @@ void ProductHelper::setLatestProductVersion(const ProductVersion& version)
 bool ProductHelper::donationEnabled()
 {
     return false;
-}
-
-void ProductHelper::donate(QWidget* parent)
-{
-    if (QDesktopServices::openUrl(QUrl(donateUrl())))
-        return;
-    Prompt::Question box;
-    box.icon = QMessageBox::Information;
-    box.title = QCoreApplication::translate("ProductHelper", "Donate");
-    box.text = QCoreApplication::translate("ProductHelper",
-                                           "<p>If you fell like you are ready to support Quendel, "
-                                           "please do!<br/><br/><a href=\"%1\">%1</a></p>")
-                   .arg(donateUrl());
-    box.format = Qt::RichText;
-    Prompt::ask(parent, box);
 }

@@ -32,6 +32,7 @@ public:
 
     /// Whether menus and dialogs offer to donate.
     [[nodiscard]] static bool donationEnabled();
-    /// Opens the donation page in the desktop's browser; shows its address if that fails.
+    /// Opens the donation page in the desktop's browser; shows its address in a box above `parent`
+    /// if that fails. For those who link controls, which holds it.
     static void donate(QWidget* parent);
 };

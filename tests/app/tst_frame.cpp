@@ -3,7 +3,6 @@
 #include "app/StartupRefusal.h"
 #include "app/base/PathHelper.h"
 #include "app/base/ProgramSettings.h"
-#include "app/base/Prompt.h"
 #include "app/base/UserMetrics.h"
 #include "app/base/dynamic_singleton.h"
 #include "app/core/TaskCore.h"
@@ -11,6 +10,7 @@
 #include "net/taskapi/TaskApiClient.h"
 #include "tests/support/LogWatch.h"
 #include "tests/support/TemporaryHome.h"
+#include "ui/controls/Prompt.h"
 
 #include <QFile>
 #include <QSemaphore>

@@ -1,7 +1,7 @@
 // The strip above the toolbar: a real window and store whose database may not grow any more.
-#include "app/base/Prompt.h"
 #include "tests/ui/WindowTest.h"
 #include "ui/CommitStrip.h"
+#include "ui/controls/Prompt.h"
 
 #include <QAccessible>
 #include <QPushButton>

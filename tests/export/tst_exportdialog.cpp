@@ -1,11 +1,11 @@
 // The export dialog, used as a user does, on a real store.
-#include "app/base/Prompt.h"
 #include "app/base/dynamic_singleton.h"
 #include "app/core/TaskCore.h"
 #include "taskdb/export/ExportDialog.h"
 #include "tests/support/DiskFaults.h"
 #include "tests/support/LogWatch.h"
 #include "tests/support/TemporaryHome.h"
+#include "ui/controls/Prompt.h"
 
 #include <QDesktopServices>
 #include <QFile>

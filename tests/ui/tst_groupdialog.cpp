@@ -1,8 +1,8 @@
 // The dialog for a group's name and icon.
-#include "app/base/Prompt.h"
 #include "tests/support/LogWatch.h"
 #include "ui/EditGroupDialog.h"
 #include "ui/SelectIconWidget.h"
+#include "ui/controls/Prompt.h"
 
 #include <QLineEdit>
 #include <QPushButton>

@@ -1,11 +1,11 @@
 // The panel of groups: what its entries show and take, its menu, its dialogs.
 #include "app/base/DayWatch.h"
-#include "app/base/Prompt.h"
 #include "tests/ui/WindowTest.h"
 #include "ui/CountWidget.h"
 #include "ui/EditGroupDialog.h"
 #include "ui/FocusGroupListWidget.h"
 #include "ui/FocusGroupWidget.h"
+#include "ui/controls/Prompt.h"
 
 #include <QAccessible>
 #include <QLineEdit>

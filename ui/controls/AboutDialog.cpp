@@ -1,10 +1,10 @@
 #include "ui/controls/AboutDialog.h"
 
 #include "app/base/ProductHelper.h"
-#include "app/base/Prompt.h"
 #include "ui/controls/ClockWidget.h"
 #include "ui/controls/EulaDialog.h"
 #include "ui/controls/LinkLabel.h"
+#include "ui/controls/Prompt.h"
 #include "ui/controls/StyleHelper.h"
 
 #include <QFile>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "app/base/CSafeFileUpdate.h"
-#include "app/base/Prompt.h"
+#include "ui/controls/Prompt.h"
 
 #include <QCoreApplication>
 

@@ -1,4 +1,4 @@
-#include "app/base/Prompt.h"
+#include "ui/controls/Prompt.h"
 
 #include <QFileDialog>
 
