@@ -1,11 +1,8 @@
 #include "taskdb/TaskIdList.h"
 
-#include <utility>
-
 namespace {
 constexpr qsizetype blockSize = 256;
-constexpr qsizetype shardLoad = 256;
-} // namespace
+}
 
 TaskIdList::const_iterator& TaskIdList::const_iterator::operator++()
 {
@@ -23,15 +20,10 @@ TaskIdList::const_iterator TaskIdList::const_iterator::operator++(int)
     return old;
 }
 
-bool TaskIdList::contains(const QUuid& id) const
-{
-    return !isEmpty() && m_shards.at(_shardOf(id)).contains(id);
-}
-
 QList<QUuid> TaskIdList::toList() const
 {
     QList<QUuid> ids;
-    ids.reserve(m_size);
+    ids.reserve(size());
     for (const Block& block : m_blocks)
         ids.append(block.ids);
     return ids;
@@ -39,36 +31,25 @@ QList<QUuid> TaskIdList::toList() const
 
 bool TaskIdList::append(const QUuid& id)
 {
-    if (id.isNull())
-        return false;
-    _growFor(m_size + 1);
-    Shard& shard = m_shards[_shardOf(id)];
-    const qsizetype known = shard.size();
-    quint32& number = shard[id];
-    if (shard.size() == known)
+    if (id.isNull() || contains(id))
         return false;
     if (m_blocks.isEmpty() || m_blocks.constLast().ids.size() >= blockSize)
         m_blocks.append(Block{m_nextNumber++, {}});
     Block& last = m_blocks.last();
+    m_blockNumbers.insert(id, last.number);
     last.ids.append(id);
-    number = last.number;
-    ++m_size;
     return true;
 }
 
-bool TaskIdList::remove(const QUuid& id)
+bool TaskIdList::remove(QUuid id)
 {
-    if (isEmpty())
+    const auto found = m_blockNumbers.constFind(id);
+    if (found == m_blockNumbers.constEnd())
         return false;
-    const qsizetype shard = _shardOf(id);
-    const auto found = m_shards.at(shard).constFind(id);
-    if (found == m_shards.at(shard).constEnd())
-        return false;
-    const qsizetype position = _blockAt(*found);
-    m_shards[shard].remove(id);
+    const qsizetype position = _positionOf(*found);
+    m_blockNumbers.erase(found);
     Block& block = m_blocks[position];
     block.ids.removeOne(id);
-    --m_size;
     if (block.ids.isEmpty())
         m_blocks.removeAt(position);
     else
@@ -81,64 +62,36 @@ void TaskIdList::clear()
     *this = {};
 }
 
-void TaskIdList::reorder(const QUuid& anchor, bool before, const QList<QUuid>& ids)
+void TaskIdList::reorder(QUuid anchor, bool before, const QList<QUuid>& ids)
 {
     if (anchor.isNull() || ids.isEmpty())
         return;
     for (const QUuid& id : ids)
         remove(id);
-    if (!contains(anchor))
+    const auto found = m_blockNumbers.constFind(anchor);
+    if (found == m_blockNumbers.constEnd())
         return;
 
-    const qsizetype block = _blockAt(m_shards.at(_shardOf(anchor)).value(anchor));
+    const quint32 number = *found;
+    const qsizetype block = _positionOf(number);
     const qsizetype pos = m_blocks.at(block).ids.indexOf(anchor) + (before ? 0 : 1);
     QList<QUuid> moved;
     moved.reserve(ids.size());
-    const quint32 number = m_blocks.at(block).number;
     for (const QUuid& id : ids) {
         if (id.isNull() || contains(id))
             continue;
-        _growFor(++m_size);
-        _index(id, number);
+        m_blockNumbers.insert(id, number);
         moved.append(id);
     }
     _insertAt(block, pos, moved);
 }
 
-qsizetype TaskIdList::_shardOf(const QUuid& id) const
-{
-    // The tables use the low bits of the hash themselves, so the shard takes mixed high ones.
-    const quint64 mixed = static_cast<quint64>(qHash(id)) * Q_UINT64_C(0x9E3779B97F4A7C15);
-    return static_cast<qsizetype>(mixed >> 40) & (m_shards.size() - 1);
-}
-
-qsizetype TaskIdList::_blockAt(quint32 number) const
+qsizetype TaskIdList::_positionOf(quint32 number) const
 {
     qsizetype position = 0;
     while (m_blocks.at(position).number != number)
         ++position;
     return position;
-}
-
-void TaskIdList::_index(const QUuid& id, quint32 number)
-{
-    m_shards[_shardOf(id)].insert(id, number);
-}
-
-void TaskIdList::_growFor(qsizetype size)
-{
-    if (size <= m_shards.size() * shardLoad)
-        return;
-    const QList<Shard> old = std::exchange(m_shards, {});
-    m_shards.resize(qMax(qsizetype{1}, old.size() * 4));
-    if (m_shards.size() > 1) {
-        for (Shard& shard : m_shards)
-            shard.reserve(shardLoad / 2);
-    }
-    for (const Shard& shard : old) {
-        for (auto it = shard.cbegin(); it != shard.cend(); ++it)
-            m_shards[_shardOf(it.key())].insert(it.key(), it.value());
-    }
 }
 
 void TaskIdList::_mergeSmall(qsizetype block)
@@ -153,7 +106,7 @@ void TaskIdList::_mergeSmall(qsizetype block)
     Block& target = m_blocks[left];
     target.ids.append(moved);
     for (const QUuid& id : moved)
-        _index(id, target.number);
+        m_blockNumbers.insert(id, target.number);
 }
 
 void TaskIdList::_insertAt(qsizetype block, qsizetype pos, const QList<QUuid>& ids)
@@ -175,7 +128,7 @@ void TaskIdList::_splitLarge(qsizetype block)
         const quint32 number = start == 0 ? m_blocks.at(block).number : m_nextNumber++;
         pieces.append(Block{number, all.mid(start, blockSize / 2)});
         for (const QUuid& id : pieces.constLast().ids)
-            _index(id, number);
+            m_blockNumbers.insert(id, number);
     }
     m_blocks = m_blocks.first(block) + pieces + m_blocks.sliced(block + 1);
 }
