@@ -1,55 +1,38 @@
 #include "taskdb/TaskStorageSnapsot.h"
 
-#include <utility>
-
-const QList<FocusGroup>& TaskStorageSnapsot::groups() const
-{
-    _build();
-    return m_groups;
-}
-
-const QList<TodoTask>& TaskStorageSnapsot::tasks() const
-{
-    _build();
-    return m_tasks;
-}
-
-const TaskStorageSnapsot::GroupTable& TaskStorageSnapsot::groupTable() const
-{
-    _build();
-    return m_groupTable;
-}
-
-const TaskStorageSnapsot::RecordTable& TaskStorageSnapsot::taskTable() const
-{
-    _build();
-    return m_taskTable;
-}
-
 void TaskStorageSnapsot::assign(qint32 modification, const QList<FocusGroup>& groups,
                                 const TaskTable::Pages& pages)
 {
-    *this = TaskStorageSnapsot(m_asTables);
     m_modification = modification;
-    m_rawGroups = groups;
+    m_groups = groups;
     m_pages = pages;
+    m_content.reset();
 }
 
-void TaskStorageSnapsot::_build() const
+const TaskStorageSnapsot::Content& TaskStorageSnapsot::_content() const
 {
-    const QList<FocusGroup> groups = std::exchange(m_rawGroups, {});
-    const TaskTable::Pages pages = std::exchange(m_pages, {});
-    if (!m_asTables) {
-        if (!groups.isEmpty())
-            m_groups = groups;
-        for (const TaskTable::Page& page : pages)
-            m_tasks.append(page);
-        return;
-    }
-    for (const FocusGroup& group : groups)
-        m_groupTable.insert(group.id(), group);
-    for (const TaskTable::Page& page : pages) {
+    if (!m_content)
+        m_content = std::make_unique<const Content>(m_asTables ? _tables() : _lists());
+    return *m_content;
+}
+
+TaskStorageSnapsot::Content TaskStorageSnapsot::_lists() const
+{
+    Content content;
+    content.groups = m_groups;
+    for (const TaskTable::Page& page : m_pages)
+        content.tasks.append(page);
+    return content;
+}
+
+TaskStorageSnapsot::Content TaskStorageSnapsot::_tables() const
+{
+    Content content;
+    for (const FocusGroup& group : m_groups)
+        content.groupTable.insert(group.id(), group);
+    for (const TaskTable::Page& page : m_pages) {
         for (const TodoTask& task : page)
-            m_taskTable.insert(task.id(), task);
+            content.taskTable.insert(task.id(), task);
     }
+    return content;
 }

@@ -4,6 +4,8 @@
 #include "taskdb/FocusGroup.h"
 #include "taskdb/TaskTable.h"
 
+#include <memory>
+
 /// Filled by TaskStorage::takeSnapshot() in one of two forms: lists in file order, or tables by
 /// identifier. Taking it copies shared containers only; the asked form is put together when it
 /// is first read, outside the store's lock. One thread at a time.
@@ -22,26 +24,32 @@ public:
     [[nodiscard]] bool asTables() const { return m_asTables; }
 
     // The list form; empty in a snapshot of tables.
-    [[nodiscard]] const QList<FocusGroup>& groups() const;
-    [[nodiscard]] const QList<TodoTask>& tasks() const;
+    [[nodiscard]] const QList<FocusGroup>& groups() const { return _content().groups; }
+    [[nodiscard]] const QList<TodoTask>& tasks() const { return _content().tasks; }
     // The table form; empty in a snapshot of lists.
-    [[nodiscard]] const GroupTable& groupTable() const;
-    [[nodiscard]] const RecordTable& taskTable() const;
+    [[nodiscard]] const GroupTable& groupTable() const { return _content().groupTable; }
+    [[nodiscard]] const RecordTable& taskTable() const { return _content().taskTable; }
 
     /// Replaces the content; the form stays.
     void assign(qint32 modification, const QList<FocusGroup>& groups,
                 const TaskTable::Pages& pages);
 
 private:
-    void _build() const;
+    struct Content
+    {
+        QList<FocusGroup> groups;
+        QList<TodoTask> tasks;
+        GroupTable groupTable;
+        RecordTable taskTable;
+    };
+
+    [[nodiscard]] const Content& _content() const;
+    [[nodiscard]] Content _lists() const;
+    [[nodiscard]] Content _tables() const;
 
     qint32 m_modification = 0;
     bool m_asTables = false;
-    mutable QList<FocusGroup> m_groups;
-    mutable QList<TodoTask> m_tasks;
-    mutable GroupTable m_groupTable;
-    mutable RecordTable m_taskTable;
-    // What is still to be put together.
-    mutable QList<FocusGroup> m_rawGroups;
-    mutable TaskTable::Pages m_pages;
+    QList<FocusGroup> m_groups;
+    TaskTable::Pages m_pages;
+    mutable std::unique_ptr<const Content> m_content; // in the asked form, once it was read
 };
