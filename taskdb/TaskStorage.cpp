@@ -112,9 +112,7 @@ TaskStorage::ErrorType TaskStorage::_load()
     const ErrorType error = reader.read(&file);
     if (error != NoError)
         return error;
-    const qint64 elapsed = clock.elapsed();
-    MVR_LOG_DEBUG(u"Database loaded in "_s + QString::number(elapsed / 1000) + u'.' +
-                  QString::number(elapsed % 1000) + u's');
+    MVR_LOG_DEBUG(u"Database loaded in "_s + CClock::secondsText(clock.elapsed()));
     return NoError;
 }
 
@@ -276,68 +274,76 @@ TodoTask::Id TaskStorage::createTask(const FocusGroup::Id& groupId)
     return task.id();
 }
 
-void TaskStorage::renameTask(const TodoTask::Id& taskId, const QString& name)
+/// `change` tells whether it changed the task it was given; if so, that counts and is told.
+template <typename Change>
+void TaskStorage::_changeTask(const TodoTask::Id& id, const Change& change)
 {
     const QMutexLocker lock(&m_lock);
-    TodoTask* task = m_tasks.find(taskId);
-    if (!task || !task->_rename(name))
+    TodoTask* task = m_tasks.find(id);
+    if (!task || !change(*task))
         return;
     _modify();
-    Q_EMIT taskChanged(taskId);
+    Q_EMIT taskChanged(id);
+}
+
+/// Whatever `change` does to a group counts. Returns whether there is such a group.
+template <typename Change>
+bool TaskStorage::_changeGroup(const FocusGroup::Id& id, const Change& change)
+{
+    const QMutexLocker lock(&m_lock);
+    FocusGroup* group = _findGroup(id);
+    if (!group)
+        return false;
+    change(*group);
+    _modify();
+    return true;
+}
+
+/// The same, and told.
+template <typename Change>
+void TaskStorage::_changeMembers(const FocusGroup::Id& id, const Change& change)
+{
+    const QMutexLocker lock(&m_lock);
+    if (_changeGroup(id, change))
+        Q_EMIT groupChanged(id);
+}
+
+void TaskStorage::renameTask(const TodoTask::Id& taskId, const QString& name)
+{
+    _changeTask(taskId, [&name](TodoTask& task) { return task._rename(name); });
 }
 
 void TaskStorage::attachNotesToTask(const TodoTask::Id& taskId, const QString& notes)
 {
-    const QMutexLocker lock(&m_lock);
-    TodoTask* task = m_tasks.find(taskId);
-    if (!task || !task->_setNotes(notes))
-        return;
-    _modify();
-    Q_EMIT taskChanged(taskId);
+    _changeTask(taskId, [&notes](TodoTask& task) { return task._setNotes(notes); });
 }
 
 void TaskStorage::setTaskDueTime(const TodoTask::Id& taskId, const QDateTime& time)
 {
-    const QMutexLocker lock(&m_lock);
-    TodoTask* task = m_tasks.find(taskId);
-    if (!task || !task->_setTimeDue(time))
-        return;
-    _modify();
-    Q_EMIT taskChanged(taskId);
+    _changeTask(taskId, [&time](TodoTask& task) { return task._setTimeDue(time); });
 }
 
 void TaskStorage::completeTask(const TodoTask::Id& taskId, bool completed,
                                const QDateTime& completionTime)
 {
-    const QMutexLocker lock(&m_lock);
-    TodoTask* task = m_tasks.find(taskId);
-    if (!task || !task->_setCompleted(completed, completionTime))
-        return;
-    _modify();
-    Q_EMIT taskChanged(taskId);
+    _changeTask(taskId,
+                [&](TodoTask& task) { return task._setCompleted(completed, completionTime); });
 }
 
 void TaskStorage::addTask(const FocusGroup::Id& groupId, const TodoTask::Id& taskId)
 {
-    const QMutexLocker lock(&m_lock);
-    FocusGroup* group = _findGroup(groupId);
-    if (!group || taskId.isNull())
-        return;
-    group->_add(taskId);
-    _modify();
-    Q_EMIT groupChanged(groupId);
+    if (!taskId.isNull())
+        _changeMembers(groupId, [&taskId](FocusGroup& group) { group._add(taskId); });
 }
 
 void TaskStorage::addTasks(const FocusGroup::Id& groupId, const QList<TodoTask::Id>& taskIds)
 {
-    const QMutexLocker lock(&m_lock);
-    FocusGroup* group = _findGroup(groupId);
-    if (!group || taskIds.isEmpty())
+    if (taskIds.isEmpty())
         return;
-    for (const TodoTask::Id& id : taskIds)
-        group->_add(id);
-    _modify();
-    Q_EMIT groupChanged(groupId);
+    _changeMembers(groupId, [&taskIds](FocusGroup& group) {
+        for (const TodoTask::Id& id : taskIds)
+            group._add(id);
+    });
 }
 
 void TaskStorage::removeTask(const FocusGroup::Id& groupId, const TodoTask::Id& taskId,
@@ -401,23 +407,14 @@ void TaskStorage::moveTasks(const FocusGroup::Id& fromGroupId, const FocusGroup:
 void TaskStorage::reorderTasks(const FocusGroup::Id& groupId, const TodoTask::Id& anchorId,
                                bool before, const QList<TodoTask::Id>& taskIds)
 {
-    const QMutexLocker lock(&m_lock);
-    FocusGroup* group = _findGroup(groupId);
-    if (!group || anchorId.isNull() || taskIds.isEmpty())
+    if (anchorId.isNull() || taskIds.isEmpty())
         return;
-    group->_reorder(anchorId, before, taskIds);
-    _modify();
+    _changeGroup(groupId, [&](FocusGroup& group) { group._reorder(anchorId, before, taskIds); });
 }
 
 void TaskStorage::emptyTrash()
 {
-    const QMutexLocker lock(&m_lock);
-    FocusGroup* trash = _findGroup(ms_trashId);
-    if (!trash)
-        return;
-    trash->_removeAll();
-    _modify();
-    Q_EMIT groupChanged(ms_trashId);
+    _changeMembers(ms_trashId, [](FocusGroup& trash) { trash._removeAll(); });
 }
 
 FocusGroup::Id TaskStorage::createGroup(const QString& name, const QString& iconName)
@@ -434,22 +431,12 @@ FocusGroup::Id TaskStorage::createGroup(const QString& name, const QString& icon
 
 void TaskStorage::renameGroup(const FocusGroup::Id& groupId, const QString& name)
 {
-    const QMutexLocker lock(&m_lock);
-    FocusGroup* group = _findGroup(groupId);
-    if (!group)
-        return;
-    group->_rename(name);
-    _modify();
+    _changeGroup(groupId, [&name](FocusGroup& group) { group._rename(name); });
 }
 
 void TaskStorage::setGroupIcon(const FocusGroup::Id& groupId, const QString& iconName)
 {
-    const QMutexLocker lock(&m_lock);
-    FocusGroup* group = _findGroup(groupId);
-    if (!group)
-        return;
-    group->_setIconName(iconName);
-    _modify();
+    _changeGroup(groupId, [&iconName](FocusGroup& group) { group._setIconName(iconName); });
 }
 
 void TaskStorage::removeGroup(const FocusGroup::Id& groupId)

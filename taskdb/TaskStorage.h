@@ -146,6 +146,12 @@ private:
     void _startCommiter();
     bool _validate();
     void _createMissingGroup(const FocusGroup::Id& id, const QString& name);
+    template <typename Change>
+    void _changeTask(const TodoTask::Id& id, const Change& change);
+    template <typename Change>
+    bool _changeGroup(const FocusGroup::Id& id, const Change& change);
+    template <typename Change>
+    void _changeMembers(const FocusGroup::Id& id, const Change& change);
     [[nodiscard]] QList<FocusGroup::Id> _groupIds() const;
     [[nodiscard]] FocusGroup* _findGroup(const FocusGroup::Id& id);
     [[nodiscard]] int _countParentGroups(const TodoTask::Id& taskId) const;

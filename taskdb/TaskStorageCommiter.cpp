@@ -196,11 +196,8 @@ void TaskStorageCommiter::_commit(const TaskStorageSnapsot& snapshot, bool isPas
 {
     const CClock clock;
     const SafeWriteResult result = _write(snapshot);
-    if (result.state == ESafeWrite::done || result.state == ESafeWrite::updateFailed) {
-        const qint64 elapsed = clock.elapsed();
-        MVR_LOG_DEBUG(u"Database commit done in "_s + QString::number(elapsed / 1000) + u'.' +
-                      QString::number(elapsed % 1000) + u's');
-    }
+    if (result.state == ESafeWrite::done || result.state == ESafeWrite::updateFailed)
+        MVR_LOG_DEBUG(u"Database commit done in "_s + CClock::secondsText(clock.elapsed()));
     if (result.state == ESafeWrite::done)
         _succeed(snapshot.modification());
     else if (snapshot.modification() != m_lastSaved)
@@ -256,20 +253,10 @@ void TaskStorageCommiter::_fail(const SafeWriteResult& result, bool isPass)
 
 void TaskStorageCommiter::_logFailure(const SafeWriteResult& result) const
 {
-    switch (result.state) {
-    case ESafeWrite::openFailed:
-        MVR_LOG_ERR(u"Fatal! Failed to open database for writing "_s + result.temporaryPath);
-        return;
-    case ESafeWrite::writeFailed:
-        MVR_LOG_ERR(u"Fatal! Failed to write database to "_s + result.temporaryPath);
-        return;
-    case ESafeWrite::updateFailed:
-        MVR_LOG_ERR(u"Safe file update failed. Updating "_s + m_store->databasePath() +
-                    u" from "_s + result.temporaryPath);
-        return;
-    case ESafeWrite::done:
-        return;
-    }
+    const QString& file = result.temporaryPath;
+    MVR_LOG_ERR(failureText(result, m_store->databasePath(),
+                            u"Fatal! Failed to open database for writing "_s + file,
+                            u"Fatal! Failed to write database to "_s + file));
 }
 
 /// Of the complete files that could not be swapped in only the newest is of use, and none once a

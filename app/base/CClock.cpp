@@ -61,3 +61,9 @@ qint64 CClock::toMilliseconds(qint64 seconds, qint64 nanoseconds)
         static_cast<quint32>(seconds) * 1000U + static_cast<quint32>(nanoseconds / 1000000);
     return static_cast<qint32>(wrapped);
 }
+
+QString CClock::secondsText(qint64 milliseconds)
+{
+    return QString::number(milliseconds / 1000) + u'.' + QString::number(milliseconds % 1000) +
+           u's';
+}

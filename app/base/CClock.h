@@ -1,7 +1,7 @@
 // A monotonic millisecond stopwatch.
 #pragma once
 
-#include <QtGlobal>
+#include <QString>
 
 #include <memory>
 
@@ -27,6 +27,9 @@ public:
 
     /// seconds x 1000 + nanoseconds / 1000000, wrapped to 32 bits.
     [[nodiscard]] static qint64 toMilliseconds(qint64 seconds, qint64 nanoseconds);
+    /// Milliseconds as the log has them: whole seconds, a point, and what is left of the
+    /// milliseconds without leading zeros, so that 1005 reads "1.5s".
+    [[nodiscard]] static QString secondsText(qint64 milliseconds);
 
 private:
     std::unique_ptr<CClockPrv> m_prv;

@@ -223,6 +223,22 @@ bool CSafeFileUpdate::update() const
     return renameOver(m_temporaryPath, m_path);
 }
 
+QString failureText(const SafeWriteResult& result, const QString& path, const QString& opening,
+                    const QString& writing)
+{
+    switch (result.state) {
+    case ESafeWrite::done:
+        break;
+    case ESafeWrite::openFailed:
+        return opening;
+    case ESafeWrite::writeFailed:
+        return writing;
+    case ESafeWrite::updateFailed:
+        return u"Safe file update failed. Updating "_s + path + u" from "_s + result.temporaryPath;
+    }
+    return {};
+}
+
 namespace {
 
 /// Writes the whole of a temporary file that takes over the permissions of `model`.

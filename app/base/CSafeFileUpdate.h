@@ -43,6 +43,11 @@ struct SafeWriteResult
     int error = 0; ///< what the system said to a failure, from errno.h; 0 if it was not asked
 };
 
+/// What to log of a failure to write `path`: `opening` or `writing`, texts of the caller's, or a
+/// standing one about the swap. Empty for a success.
+[[nodiscard]] QString failureText(const SafeWriteResult& result, const QString& path,
+                                  const QString& opening, const QString& writing);
+
 /// Writes the content of a file to the device it is given and returns whether it succeeded.
 using FileProducer = std::function<bool(QIODevice&)>;
 

@@ -24,20 +24,10 @@ void UserMetrics::save(const QString& path) const
 {
     const SafeWriteResult result = replaceFileSafely(
         path, [this](QIODevice& device) { return UserMetricsWriter().write(&device, *this); });
-    switch (result.state) {
-    case ESafeWrite::done:
+    if (result.state == ESafeWrite::done)
         return;
-    case ESafeWrite::openFailed:
-        MVR_LOG_ERR(u"Failed to open metrics for writing "_s + path);
-        return;
-    case ESafeWrite::writeFailed:
-        MVR_LOG_ERR(u"Failed to write metrics to "_s + path);
-        return;
-    case ESafeWrite::updateFailed:
-        MVR_LOG_ERR(u"Safe file update failed. Updating "_s + path + u" from "_s +
-                    result.temporaryPath);
-        return;
-    }
+    MVR_LOG_ERR(failureText(result, path, u"Failed to open metrics for writing "_s + path,
+                            u"Failed to write metrics to "_s + path));
 }
 
 QString UserMetrics::installationId()
