@@ -78,52 +78,42 @@ bool FocusGroup::contains(const TodoTask::Id& taskId) const
 
 void FocusGroup::rename(const QString& name)
 {
-    if (!_rename(name))
-        return;
-    if (TaskStorage* storage = sharedStorage())
-        storage->renameGroup(id(), name);
+    if (_rename(name))
+        writeThrough(&TaskStorage::renameGroup, id(), name);
 }
 
 void FocusGroup::setIconName(const QString& iconName)
 {
-    if (!_setIconName(iconName))
-        return;
-    if (TaskStorage* storage = sharedStorage())
-        storage->setGroupIcon(id(), iconName);
+    if (_setIconName(iconName))
+        writeThrough(&TaskStorage::setGroupIcon, id(), iconName);
 }
 
 void FocusGroup::add(const TodoTask::Id& taskId)
 {
-    if (!_add(taskId))
-        return;
-    if (TaskStorage* storage = sharedStorage())
-        storage->addTask(id(), taskId);
+    if (_add(taskId))
+        writeThrough(&TaskStorage::addTask, id(), taskId);
 }
 
-void FocusGroup::remove(const TodoTask::Id& taskId, bool skipTrash)
+void FocusGroup::remove(TodoTask::Id taskId, bool skipTrash)
 {
     if (taskId.isNull())
         return;
     _remove(taskId);
-    if (TaskStorage* storage = sharedStorage())
-        storage->removeTask(id(), taskId, skipTrash);
+    writeThrough(&TaskStorage::removeTask, id(), taskId, skipTrash);
 }
 
-void FocusGroup::move(const TodoTask::Id& taskId, const Id& toGroupId)
+void FocusGroup::move(TodoTask::Id taskId, const Id& toGroupId)
 {
     if (taskId.isNull() || toGroupId.isNull())
         return;
     _remove(taskId);
-    if (TaskStorage* storage = sharedStorage())
-        storage->moveTasks(id(), toGroupId, {taskId});
+    writeThrough(&TaskStorage::moveTasks, id(), toGroupId, QList{taskId});
 }
 
-void FocusGroup::reorder(const TodoTask::Id& anchorId, bool before,
-                         const QList<TodoTask::Id>& taskIds)
+void FocusGroup::reorder(TodoTask::Id anchorId, bool before, const QList<TodoTask::Id>& taskIds)
 {
     _reorder(anchorId, before, taskIds);
-    if (TaskStorage* storage = sharedStorage())
-        storage->reorderTasks(id(), anchorId, before, taskIds);
+    writeThrough(&TaskStorage::reorderTasks, id(), anchorId, before, taskIds);
 }
 
 // The comparisons read through constData(): a mere look must not detach a shared record.
@@ -149,7 +139,7 @@ bool FocusGroup::_add(const TodoTask::Id& taskId)
     return d->tasks.append(taskId);
 }
 
-bool FocusGroup::_remove(const TodoTask::Id& taskId)
+bool FocusGroup::_remove(TodoTask::Id taskId)
 {
     return std::as_const(*this).contains(taskId) && d->tasks.remove(taskId);
 }
@@ -159,8 +149,7 @@ void FocusGroup::_removeAll()
     d->tasks.clear();
 }
 
-void FocusGroup::_reorder(const TodoTask::Id& anchorId, bool before,
-                          const QList<TodoTask::Id>& taskIds)
+void FocusGroup::_reorder(TodoTask::Id anchorId, bool before, const QList<TodoTask::Id>& taskIds)
 {
     d->tasks.reorder(anchorId, before, taskIds);
 }

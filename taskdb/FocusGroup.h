@@ -9,7 +9,8 @@
 #include <QUuid>
 
 /// A named, ordered list of task identifiers, as an implicitly shared value. The setters change
-/// this copy and then the shared store; the underscore forms change this copy only.
+/// this copy and then the shared store; the underscore forms change this copy only. Identifiers
+/// come by value where the list loses some: they may be entries of it.
 class FocusGroup
 {
 public:
@@ -45,18 +46,19 @@ public:
     void setIconName(const QString& iconName);
     void add(const TodoTask::Id& taskId);
     /// `skipTrash`: a task left without a group vanishes instead of going to the Trash.
-    void remove(const TodoTask::Id& taskId, bool skipTrash);
-    void move(const TodoTask::Id& taskId, const Id& toGroupId);
+    void remove(TodoTask::Id taskId, bool skipTrash);
+    void move(TodoTask::Id taskId, const Id& toGroupId);
     /// Moves the tasks, as one block, directly before or after the anchor, which must not be one
     /// of them.
-    void reorder(const TodoTask::Id& anchorId, bool before, const QList<TodoTask::Id>& taskIds);
+    void reorder(TodoTask::Id anchorId, bool before, const QList<TodoTask::Id>& taskIds);
 
+    // Each bool is whether the record changed.
     bool _rename(const QString& name);
     bool _setIconName(const QString& iconName);
     bool _add(const TodoTask::Id& taskId);
-    bool _remove(const TodoTask::Id& taskId);
+    bool _remove(TodoTask::Id taskId);
     void _removeAll();
-    void _reorder(const TodoTask::Id& anchorId, bool before, const QList<TodoTask::Id>& taskIds);
+    void _reorder(TodoTask::Id anchorId, bool before, const QList<TodoTask::Id>& taskIds);
 
 private:
     struct Data;

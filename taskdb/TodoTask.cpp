@@ -173,39 +173,29 @@ QString TodoTask::toString() const
     return notes.isEmpty() ? name : QString(name + u" ("_s + notes + u')');
 }
 
-// The store gets the identifier by value: what its signals set off may replace this very record.
-
 void TodoTask::rename(const QString& name)
 {
-    if (!_rename(name))
-        return;
-    if (TaskStorage* storage = sharedStorage())
-        storage->renameTask(id(), name);
+    if (_rename(name))
+        writeThrough(&TaskStorage::renameTask, id(), name);
 }
 
 void TodoTask::setNotes(const QString& notes)
 {
-    if (!_setNotes(notes))
-        return;
-    if (TaskStorage* storage = sharedStorage())
-        storage->attachNotesToTask(id(), notes);
+    if (_setNotes(notes))
+        writeThrough(&TaskStorage::attachNotesToTask, id(), notes);
 }
 
 void TodoTask::setTimeDue(const QDateTime& time)
 {
-    if (!_setTimeDue(time))
-        return;
-    if (TaskStorage* storage = sharedStorage())
-        storage->setTaskDueTime(id(), time);
+    if (_setTimeDue(time))
+        writeThrough(&TaskStorage::setTaskDueTime, id(), time);
 }
 
 void TodoTask::setCompleted(bool completed)
 {
     const QDateTime time = completed ? Clock::now() : QDateTime();
-    if (!_setCompleted(completed, time))
-        return;
-    if (TaskStorage* storage = sharedStorage())
-        storage->completeTask(id(), completed, time);
+    if (_setCompleted(completed, time))
+        writeThrough(&TaskStorage::completeTask, id(), completed, time);
 }
 
 // The comparisons read through constData(): a mere look must not detach a shared record.
