@@ -65,12 +65,12 @@ InstanceLock::EState InstanceLock::tryLock()
 InstanceLock::EState InstanceLock::_tryLock()
 {
     const EState file = _tryFile();
-    // Whoever has no file takes the folder for itself, which no holder of a file lets it have.
+    // Without the file the folder must be ours alone: a holder of a file keeps it at least shared.
     const bool isShared = m_folderMode == EFolder::shared && file == EState::held;
     const EState folder =
         file == EState::busy ? EState::busy : _tryFolder(isShared ? LOCK_SH : LOCK_EX);
     if (folder == EState::busy) {
-        // Half a lock would keep the others out for nothing.
+        // The other copy has the lock: a file kept here would only disturb it.
         if (file == EState::held)
             ::flock(m_file, LOCK_UN);
         return EState::busy;

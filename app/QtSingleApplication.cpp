@@ -139,7 +139,7 @@ void QtSingleApplication::guard(const QString& file)
     const QFileInfo info(file);
     if (info.absolutePath() == QFileInfo(m_folder).canonicalFilePath())
         return;
-    // The copy that has that folder for its own locks it under the bare id.
+    // A copy whose data folder that is has named its lock by the id alone.
     const bool isOwn = info.fileName() == "database.xml"_L1;
     _addLock(info.absolutePath(), isOwn ? m_id : m_id + u'\n' + info.fileName(),
              InstanceLock::EFolder::shared);
@@ -204,7 +204,7 @@ bool QtSingleApplication::_listenAt(const QString& path)
 {
     if (path.isEmpty() || !fitsSocketAddress(path))
         return false;
-    // Holding the lock, we know that a socket lying there is a dead one.
+    // This copy holds the lock, so a socket that lies there was left behind by a killed one.
     QLocalServer::removeServer(path);
     return m_server->listen(path);
 }
@@ -227,8 +227,8 @@ bool QtSingleApplication::_connect(QLocalSocket& socket, const QDeadlineTimer& d
     return false;
 }
 
-/// Where the other copy may be listening. A lock file does not tell when it cannot be read, or
-/// could not be written.
+/// Where the other copy may be listening: what its lock file says, and, since that may be
+/// unreadable or could not be written, the two usual places.
 QStringList QtSingleApplication::_addresses() const
 {
     const QString published = m_busyLock ? m_busyLock->address() : QString();

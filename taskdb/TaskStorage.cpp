@@ -69,7 +69,7 @@ TaskStorage::~TaskStorage()
 
 TaskStorage::ErrorType TaskStorage::init()
 {
-    // An earlier committer takes the lock once more before it ends.
+    // Before the lock is taken: an earlier committer needs it for its last commit.
     m_commiter.reset();
     const QMutexLocker lock(&m_lock);
     m_groups.clear();
@@ -206,7 +206,7 @@ qint32 TaskStorage::nextModification(qint32 modification)
 
 void TaskStorage::takeSnapshot(TaskStorageSnapsot& snapshot) const
 {
-    // What the snapshot held before is freed after the lock is released.
+    // A copy of its own: what the snapshot held before is freed after the lock is released.
     TaskStorageSnapsot copy(snapshot.asTables());
     {
         const QMutexLocker lock(&m_lock);

@@ -45,16 +45,17 @@ public:
     ~TaskStorage() override;
     Q_DISABLE_COPY_MOVE(TaskStorage)
 
-    /// Loads the database and starts the commit thread; a missing file starts empty, unless it may
-    /// lie where a link leads nowhere. After a failure nothing is ever written. What the store held
-    /// before is written first, then dropped.
+    /// Loads the database and starts the commit thread. A missing file starts empty, unless it or
+    /// a folder on its path is a link that leads nowhere, as to a volume that is not mounted: that
+    /// is a failure. After a failure nothing is ever written. What the store held before is
+    /// written first, then dropped.
     [[nodiscard]] ErrorType init();
     /// How long the store must be still before it is written, in milliseconds; 60000 unless set.
     /// Takes effect at init().
     void setCommitInterval(int milliseconds) { m_commitInterval = milliseconds; }
     /// `guard` is asked before each commit, in the thread that makes it, whether the file is still
-    /// this program's to write; a commit that it forbids fails as without its folder. Takes effect
-    /// at init().
+    /// this program's to write; a commit that it forbids fails as if the file's folder were
+    /// missing. Takes effect at init().
     void setGuard(const std::function<bool()>& guard) { m_guard = guard; }
     /// Whether dated backups are made; they are unless set. Takes effect at the next commit.
     void setBackups(bool enabled);

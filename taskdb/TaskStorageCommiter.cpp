@@ -21,11 +21,11 @@ namespace {
 
 constexpr int endTimeoutMs = 60000;
 constexpr int hurryTimeoutMs = 50;
-/// From how many tasks on it is worth a backup of its own when a tenth of them is left.
+/// From how many tasks on a loss of nine tenths of them is worth a backup of its own.
 constexpr qsizetype manyTasks = 20;
 
 template <typename Groups>
-qsizetype listedIn(const Groups& groups)
+qsizetype listedTasks(const Groups& groups)
 {
     qsizetype count = 0;
     for (const FocusGroup& group : groups)
@@ -39,7 +39,7 @@ QString backupOf(const QString& path)
 }
 
 /// Gives a backup without its database a dated name, so that no commit ever replaces it. Returns
-/// whether there is none of the old name left.
+/// false if that failed.
 bool setLoneBackupAside(const QString& path)
 {
     const QString backup = backupOf(path);
@@ -60,7 +60,7 @@ TaskStorageCommiter::TaskStorageCommiter(TaskStorage* store, int intervalMs,
     : m_store(store)
     , m_intervalMs(intervalMs)
     , m_guard(guard)
-    , m_held(listedIn(store->m_groups))
+    , m_listedTasks(listedTasks(store->m_groups))
     , m_backups(store->backupFolder())
 {
 }
@@ -113,7 +113,7 @@ void TaskStorageCommiter::run()
         if (kind == EPass::last)
             MVR_LOG_DEBUG(u"Thread shutdown event has arrived"_s);
         _pass(kind);
-        // Lines that a full disk kept back get their next chance.
+        // What a full disk did not take of the log before is tried again.
         dynamic_singleton<logging::LogHelper>::inst().flush();
     }
 }
@@ -184,7 +184,7 @@ void TaskStorageCommiter::tryNow()
         return;
     }
     m_hurrying = true;
-    // Not to be had means that the thread is not waiting: it looks at the flag before it does.
+    // A mutex that is not to be had is held by a pass: the flag is seen before the next wait.
     if (m_mutex.tryLock(hurryTimeoutMs)) {
         m_wakeUp.wakeAll();
         m_mutex.unlock();
@@ -199,11 +199,11 @@ void TaskStorageCommiter::_commit(const TaskStorageSnapsot& snapshot, bool isPas
     if (result.state == ESafeWrite::done || result.state == ESafeWrite::updateFailed)
         MVR_LOG_DEBUG(u"Database commit done in "_s + CClock::secondsText(clock.elapsed()));
     if (result.state == ESafeWrite::done)
-        _succeed(snapshot.modification());
+        _noteSuccess(snapshot.modification());
     else if (snapshot.modification() != m_lastSaved)
-        _fail(result, isPass);
+        _noteFailure(result, isPass);
     else
-        _logFailure(result); // of what had been written already
+        _logFailure(result); // nothing is unsaved: this state is on the disk already
 }
 
 SafeWriteResult TaskStorageCommiter::_write(const TaskStorageSnapsot& snapshot)
@@ -217,12 +217,12 @@ SafeWriteResult TaskStorageCommiter::_write(const TaskStorageSnapsot& snapshot)
         return TaskStorageWriter().write(&device, snapshot);
     };
     return replaceFileSafely(path, write, [this, &path, &snapshot] {
-        const qsizetype held = std::exchange(m_held, listedIn(snapshot.groups()));
-        m_backups.keep(backupOf(path), held >= manyTasks && m_held * 10 < held);
+        const qsizetype before = std::exchange(m_listedTasks, listedTasks(snapshot.groups()));
+        m_backups.keep(backupOf(path), before >= manyTasks && m_listedTasks * 10 < before);
     });
 }
 
-void TaskStorageCommiter::_succeed(qint32 modification)
+void TaskStorageCommiter::_noteSuccess(qint32 modification)
 {
     m_lastSaved = modification;
     _dropLeftover({});
@@ -232,7 +232,7 @@ void TaskStorageCommiter::_succeed(qint32 modification)
 }
 
 /// Logs a failure when it begins and when its reason changes, not at every attempt.
-void TaskStorageCommiter::_fail(const SafeWriteResult& result, bool isPass)
+void TaskStorageCommiter::_noteFailure(const SafeWriteResult& result, bool isPass)
 {
     if (result.state == ESafeWrite::updateFailed)
         _dropLeftover(result.temporaryPath);
@@ -277,11 +277,11 @@ bool TaskStorageCommiter::_isFailing() const
 CommitFailure TaskStorageCommiter::failure() const
 {
     const QMutexLocker lock(&m_stateMutex);
-    return _told();
+    return _failureToTell();
 }
 
 /// A file that cannot be written outweighs a thread that is missing.
-CommitFailure TaskStorageCommiter::_told() const
+CommitFailure TaskStorageCommiter::_failureToTell() const
 {
     const int enough = m_noThread.cause == CommitFailure::none ? 2 : 1;
     return m_failedPasses < enough ? m_noThread : m_failure;
@@ -293,7 +293,7 @@ void TaskStorageCommiter::_report()
     CommitFailure shown;
     {
         const QMutexLocker lock(&m_stateMutex);
-        shown = _told();
+        shown = _failureToTell();
         const bool wasReported = std::exchange(m_isReported, shown.cause != CommitFailure::none);
         if (!wasReported && !m_isReported)
             return;

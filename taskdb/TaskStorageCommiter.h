@@ -68,12 +68,12 @@ private:
     void _writeIfDue(EPass kind);
     void _commit(const TaskStorageSnapsot& snapshot, bool isPass);
     [[nodiscard]] SafeWriteResult _write(const TaskStorageSnapsot& snapshot);
-    void _succeed(qint32 modification);
-    void _fail(const SafeWriteResult& result, bool isPass);
+    void _noteSuccess(qint32 modification);
+    void _noteFailure(const SafeWriteResult& result, bool isPass);
     void _logFailure(const SafeWriteResult& result) const;
     void _dropLeftover(const QString& newer);
     [[nodiscard]] bool _isFailing() const;
-    [[nodiscard]] CommitFailure _told() const;
+    [[nodiscard]] CommitFailure _failureToTell() const;
     void _report();
 
     QMutex m_mutex;
@@ -91,8 +91,8 @@ private:
     // Held from before the store's lock is released until the file is in place, so that an older
     // snapshot never lands last and two commits never choose the same temporary file.
     QMutex m_commitMutex;
-    QString m_leftover;   // the newest temporary file that could not be swapped in
-    qsizetype m_held = 0; // how many tasks the groups of the last version list
+    QString m_leftover;          // the newest temporary file that could not be swapped in
+    qsizetype m_listedTasks = 0; // by the groups of the last version
     DatabaseBackups m_backups;
 
     mutable QMutex m_stateMutex; // guards what follows; nothing else is locked under it

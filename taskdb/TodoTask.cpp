@@ -10,7 +10,7 @@ using namespace Qt::StringLiterals;
 struct TodoTask::Data : QSharedData
 {
     Id id;
-    bool completed = false; // in the gap before the strings: there may be very many records
+    bool completed = false; // in the padding before the strings: records are many
     QString name;
     QString notes;
     RawTimes times{noTime, noTime, noTime, noTime};

@@ -21,7 +21,7 @@ int allowedUnits(QStringView text, qsizetype at)
 
 QString xmlText(const QString& text)
 {
-    // Nearly all text is free of anything to look at twice.
+    // Nearly all text is returned as it is, after one quick look.
     const auto suspicious = [](QChar c) { return c.unicode() < 0x20 || c.unicode() >= 0xD800; };
     if (std::none_of(text.cbegin(), text.cend(), suspicious))
         return text;

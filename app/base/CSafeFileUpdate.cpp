@@ -149,7 +149,7 @@ bool keepAs(const QString& backup, const QString& path)
     if (!hardLink(path, fresh))
         return false;
     const bool isKept = renameOver(fresh, backup);
-    // It stays after a failure, and where both were the same file already.
+    // Left over by a failure, and by rename() where both names were of one file already.
     const int error = errno;
     ::unlink(freshName.constData());
     errno = error;

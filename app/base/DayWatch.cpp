@@ -14,11 +14,11 @@ namespace {
 constexpr int pollMs = 60'000;
 constexpr qint64 hourMs = 3'600'000;
 
-/// Milliseconds to the end of `day`, which may lie behind.
+/// Milliseconds to the end of `day`; negative if it is over.
 qint64 msToEndOf(const QDate& day)
 {
     const qint64 now = Clock::nowMs();
-    // Not midnight, which some zones skip; some have skipped whole days.
+    // The next day's first moment: some zones skip midnight, and some have skipped whole days.
     const QDateTime end = day.addDays(1).startOfDay();
     return end.isValid() ? end.toMSecsSinceEpoch() - now : hourMs;
 }
@@ -48,7 +48,7 @@ DayWatch::~DayWatch()
 void DayWatch::_onWakeUp()
 {
     quint64 expirations = 0;
-    // It fails when the clock was set, which is looked into just the same.
+    // Whether it expired or failed because the clock was set: the day may be another one.
     [[maybe_unused]] const ssize_t got = ::read(m_timer, &expirations, sizeof expirations);
     _check();
 }
@@ -61,7 +61,7 @@ void DayWatch::_check()
     do {
         m_day = Clock::today();
         error = m_pollTimer ? 0 : _arm();
-        // Setting the timer tells, too, that the clock was set in the meantime.
+        // ECANCELED: the clock was set since the day was looked at.
     } while (error == ECANCELED);
     if (error != 0)
         _poll();
@@ -73,7 +73,7 @@ void DayWatch::_check()
 int DayWatch::_arm()
 {
     const qint64 left = qMax(qint64{1}, msToEndOf(m_day));
-    // A suspended machine's steady clocks stand still; the wall clock is what midnight is about.
+    // By the wall clock: steady ones stand still while the machine is suspended.
     const qint64 expiry = QDateTime::currentMSecsSinceEpoch() + left;
     struct itimerspec when = {};
     when.it_value.tv_sec = expiry / 1000;

@@ -38,7 +38,7 @@ bool makeFolder(const QString& path)
            (QDir().mkdir(path, userOnly) || QDir(path).exists());
 }
 
-/// Under whatever names: text tells nothing where a folder is mounted twice.
+/// By what lies there, not by name: a folder may be mounted in two places.
 bool isSameFolder(const QString& one, const QString& other)
 {
     struct stat first = {};

@@ -66,11 +66,11 @@ void ProgramSettings::save(const QString& path) const
     file.setValue(showNotificationsKey, showNotifications);
     file.setValue(uiLanguageKey, uiLanguage);
     file.setValue(versionKey, ProductHelper::productVersion().toString());
-    // Who never asked for anything else finds no trace of it.
+    // A key for users who edit the file: it appears only when they have put it there.
     if (!backups || file.contains(backupsKey))
         file.setValue(backupsKey, backups);
     file.sync();
-    // The library leaves that to the umask.
+    // QSettings makes the file as the umask says.
     if (isNew)
         QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner);
 }

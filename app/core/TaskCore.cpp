@@ -9,7 +9,7 @@
 using namespace std::chrono_literals;
 
 namespace {
-/// With requests that do not obey.
+/// For aborted requests to end; those that do not are left behind.
 constexpr auto requestPatience = 1s;
 } // namespace
 

@@ -7,8 +7,9 @@
 #include "tests/support/LogWatch.h"
 #include "tests/support/StoreBuilder.h"
 
-#include <QSignalSpy>
 #include <QTest>
+
+#include <memory>
 
 using namespace Qt::StringLiterals;
 
@@ -129,6 +130,36 @@ private Q_SLOTS:
         group.remove(id, false);
         QVERIFY(builder.members(home).isEmpty());
         QCOMPARE(builder.members(TaskStorage::ms_trashId), QList{id});
+        setSharedStorage(nullptr);
+    }
+
+    /// A listener replaces the group and deletes the task whose setters are running.
+    void listenersMayTakeTheRecordAway()
+    {
+        const LogWatch log;
+        StoreBuilder builder;
+        setSharedStorage(&builder.store);
+        const FocusGroup::Id home = builder.store.createGroup(u"Home"_s, {});
+        QList<TodoTask::Id> ids;
+        for (const QString& name : {u"a"_s, u"b"_s, u"c"_s})
+            ids += builder.task(home, name);
+        auto task = std::make_unique<TodoTask>(builder.store.get(ids.first()));
+        FocusGroup group = builder.store.getGroup(home);
+        const QObject listener;
+        connect(&builder.store, &TaskStorage::taskChanged, &listener, [&task] { task.reset(); });
+        connect(&builder.store, &TaskStorage::groupChanged, &listener,
+                [&] { group = builder.store.getGroup(home); });
+        task->setNotes(u"Some"_s);
+        QVERIFY(!task);
+        QCOMPARE(builder.store.get(ids.first()).notes(), u"Some"_s);
+        group.reorder(*group.tasks().begin(), true, {ids.at(1), ids.at(2)});
+        QCOMPARE(builder.members(home), (QList{ids.at(1), ids.at(2), ids.at(0)}));
+        // Each identifier is an entry of the list that loses it.
+        group.move(*group.tasks().begin(), TaskStorage::ms_inboxId);
+        while (!group.tasks().isEmpty())
+            group.remove(*group.tasks().begin(), false);
+        QCOMPARE(builder.members(TaskStorage::ms_inboxId), QList{ids.at(1)});
+        QCOMPARE(builder.members(TaskStorage::ms_trashId), (QList{ids.at(2), ids.at(0)}));
         setSharedStorage(nullptr);
     }
 };
