@@ -141,7 +141,7 @@ private Q_SLOTS:
         setSharedStorage(&builder.store);
         const FocusGroup::Id home = builder.store.createGroup(u"Home"_s, {});
         QList<TodoTask::Id> ids;
-        for (const QString& name : {u"a"_s, u"b"_s, u"c"_s})
+        for (const QString& name : {u"a"_s, u"b"_s, u"c"_s, u"d"_s})
             ids += builder.task(home, name);
         auto task = std::make_unique<TodoTask>(builder.store.get(ids.first()));
         FocusGroup group = builder.store.getGroup(home);
@@ -152,14 +152,17 @@ private Q_SLOTS:
         task->setNotes(u"Some"_s);
         QVERIFY(!task);
         QCOMPARE(builder.store.get(ids.first()).notes(), u"Some"_s);
-        group.reorder(*group.tasks().begin(), true, {ids.at(1), ids.at(2)});
-        QCOMPARE(builder.members(home), (QList{ids.at(1), ids.at(2), ids.at(0)}));
-        // Each identifier is an entry of the list that loses it.
-        group.move(*group.tasks().begin(), TaskStorage::ms_inboxId);
-        while (!group.tasks().isEmpty())
-            group.remove(*group.tasks().begin(), false);
-        QCOMPARE(builder.members(TaskStorage::ms_inboxId), QList{ids.at(1)});
-        QCOMPARE(builder.members(TaskStorage::ms_trashId), (QList{ids.at(2), ids.at(0)}));
+        // Each identifier is an entry of the list that it changes.
+        const auto entry = [&group](int n) -> const QUuid& {
+            return *std::next(group.tasks().begin(), n);
+        };
+        group.reorder(entry(2), false, {ids.at(1)});
+        QCOMPARE(builder.members(home), (QList{ids.at(0), ids.at(2), ids.at(1), ids.at(3)}));
+        group.move(entry(1), TaskStorage::ms_inboxId);
+        group.remove(entry(1), false);
+        QCOMPARE(builder.members(home), (QList{ids.at(0), ids.at(3)}));
+        QCOMPARE(builder.members(TaskStorage::ms_inboxId), QList{ids.at(2)});
+        QCOMPARE(builder.members(TaskStorage::ms_trashId), QList{ids.at(1)});
         setSharedStorage(nullptr);
     }
 };
