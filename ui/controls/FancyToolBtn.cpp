@@ -8,8 +8,17 @@
 
 namespace {
 
-constexpr int gap = 2;
+/// What the style leaves above, between and below icon and text, all told.
+constexpr int labelMargins = 6;
 constexpr qreal radius = 3;
+
+/// As Space would be, if it is Return.
+QKeyEvent asSpace(const QKeyEvent& event)
+{
+    const bool isReturn = event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+    return {event.type(), isReturn ? Qt::Key_Space : event.key(), event.modifiers(), event.text(),
+            event.isAutoRepeat()};
+}
 
 } // namespace
 
@@ -37,6 +46,20 @@ void FancyToolBtn::leaveEvent(QEvent* event)
     update();
 }
 
+void FancyToolBtn::keyPressEvent(QKeyEvent* event)
+{
+    QKeyEvent key = asSpace(*event);
+    QToolButton::keyPressEvent(&key);
+    event->setAccepted(key.isAccepted());
+}
+
+void FancyToolBtn::keyReleaseEvent(QKeyEvent* event)
+{
+    QKeyEvent key = asSpace(*event);
+    QToolButton::keyReleaseEvent(&key);
+    event->setAccepted(key.isAccepted());
+}
+
 void FancyToolBtn::mousePressEvent(QMouseEvent* event)
 {
     if (event->button() == Qt::LeftButton)
@@ -55,9 +78,16 @@ void FancyToolBtn::mouseReleaseEvent(QMouseEvent* event)
 
 void FancyToolBtn::hideEvent(QHideEvent* event)
 {
-    // No release reaches a button that was hidden while it was held.
+    // No release reaches a button that was hidden or disabled while it was held.
     m_pressed = false;
     QToolButton::hideEvent(event);
+}
+
+void FancyToolBtn::changeEvent(QEvent* event)
+{
+    if (!isEnabled())
+        m_pressed = false;
+    QToolButton::changeEvent(event);
 }
 
 /// Whether it is drawn as under the pointer. While a mouse button is held the leave event waits
@@ -74,7 +104,8 @@ void FancyToolBtn::paintEvent(QPaintEvent* event)
     initStyleOption(&option);
     QStylePainter painter(this);
     _drawFill(painter, option);
-    _drawContent(painter, option);
+    _adaptLabel(option);
+    painter.drawControl(QStyle::CE_ToolButtonLabel, option);
 }
 
 void FancyToolBtn::_drawFill(QPainter& painter, const QStyleOptionToolButton& option) const
@@ -98,52 +129,20 @@ void FancyToolBtn::_drawFill(QPainter& painter, const QStyleOptionToolButton& op
     painter.restore();
 }
 
-void FancyToolBtn::_drawContent(QStylePainter& painter, const QStyleOptionToolButton& option) const
+/// The style draws the label; the rest is the same under any style.
+void FancyToolBtn::_adaptLabel(QStyleOptionToolButton& option) const
 {
-    QRect area = rect();
-    if (isDown())
-        area.translate(1, 1);
-    const bool withIcon = !option.icon.isNull() && option.toolButtonStyle != Qt::ToolButtonTextOnly;
-    const bool withText =
-        !option.text.isEmpty() && (!withIcon || option.toolButtonStyle != Qt::ToolButtonIconOnly);
-    const QSize textSize = option.fontMetrics.size(Qt::TextShowMnemonic, option.text);
-
-    QRect iconRect = area;
-    QRect textRect = area;
-    if (withIcon && withText && option.toolButtonStyle == Qt::ToolButtonTextUnderIcon) {
-        iconRect.setHeight(option.iconSize.height());
-        iconRect.translate(0, (area.height() - iconRect.height() - gap - textSize.height()) / 2);
-        textRect.setTop(iconRect.bottom() + 1 + gap);
-        textRect.setHeight(textSize.height());
-    } else if (withIcon && withText) {
-        iconRect.setWidth(option.iconSize.width());
-        iconRect.translate((area.width() - iconRect.width() - 2 * gap - textSize.width()) / 2, 0);
-        textRect.setLeft(iconRect.right() + 1 + 2 * gap);
-        textRect.setWidth(textSize.width());
-        iconRect = QStyle::visualRect(option.direction, area, iconRect);
-        textRect = QStyle::visualRect(option.direction, area, textRect);
-    }
-
-    if (withIcon) {
-        const QRect aligned =
-            QStyle::alignedRect(option.direction, Qt::AlignCenter, option.iconSize, iconRect);
-        option.icon.paint(&painter, aligned, Qt::AlignCenter,
-                          isEnabled() ? QIcon::Normal : QIcon::Disabled,
-                          isChecked() ? QIcon::On : QIcon::Off);
-    }
-    if (withText)
-        _drawText(painter, option, textRect);
-}
-
-void FancyToolBtn::_drawText(QStylePainter& painter, const QStyleOptionToolButton& option,
-                             const QRect& area) const
-{
-    int flags = Qt::AlignCenter | Qt::TextShowMnemonic;
-    if (style()->styleHint(QStyle::SH_UnderlineShortcut, &option, this) == 0)
-        flags |= Qt::TextHideMnemonic;
-    // The same in windows that are not active.
-    painter.setPen(
+    option.palette.setColor(
+        QPalette::ButtonText,
         palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::Text));
-    painter.setFont(font());
-    painter.drawItemText(area, flags, option.palette, true, option.text);
+    option.state &= ~(QStyle::State_Sunken | QStyle::State_MouseOver);
+    if (option.toolButtonStyle == Qt::ToolButtonTextUnderIcon && !option.icon.isNull()) {
+        // The style puts the icon at the top: it gets no more height than icon and text need.
+        const int textHeight = option.fontMetrics.size(Qt::TextShowMnemonic, option.text).height();
+        const int height = option.iconSize.height() + textHeight + labelMargins;
+        option.rect.setTop((this->height() - height) / 2);
+        option.rect.setHeight(height);
+    }
+    if (isDown())
+        option.rect.translate(1, 1);
 }
