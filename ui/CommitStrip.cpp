@@ -4,6 +4,7 @@
 #include "app/base/ProductHelper.h"
 #include "app/core/TaskCore.h"
 #include "ui/ElidedLabel.h"
+#include "ui/controls/AccessibleFactory.h"
 #include "ui/controls/ChosenFile.h"
 #include "ui/controls/StyleHelper.h"
 
@@ -61,22 +62,6 @@ void drawSign(QPainter& painter, const QRectF& area)
     painter.drawPoint(QPointF(middle, area.top() + 15));
 }
 
-/// Screen readers speak a notification when it is shown.
-class CommitStripAccessible final : public QAccessibleWidget
-{
-public:
-    explicit CommitStripAccessible(QWidget* strip)
-        : QAccessibleWidget(strip, QAccessible::Notification)
-    {
-    }
-};
-
-QAccessibleInterface* makeAccessible(const QString& className, QObject* object)
-{
-    return className == "CommitStrip"_L1 ? new CommitStripAccessible(static_cast<QWidget*>(object))
-                                         : nullptr;
-}
-
 } // namespace
 
 CommitStrip::CommitStrip(QWidget* parent)
@@ -86,7 +71,8 @@ CommitStrip::CommitStrip(QWidget* parent)
     , m_tryButton(new QPushButton(this))
     , m_copyButton(new QPushButton(this))
 {
-    [[maybe_unused]] static const bool done = (QAccessible::installFactory(makeAccessible), true);
+    // Screen readers speak a notification when it is shown.
+    installAccessible<CommitStrip, QAccessibleWidget, QAccessible::Notification>();
 
     m_label->setTextFormat(Qt::RichText);
     m_label->setWordWrap(true);

@@ -2,10 +2,9 @@
 
 #include "ui/FocusGroupListWidget.h"
 #include "ui/FocusGroupWidget.h"
+#include "ui/controls/AccessibleFactory.h"
 
 #include <QAccessibleWidget>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -46,18 +45,10 @@ private:
     }
 };
 
-QAccessibleInterface* makeAccessible(const QString& className, QObject* object)
-{
-    if (className == "FocusGroupWidget"_L1)
-        return new GroupEntryAccessible(static_cast<FocusGroupWidget*>(object));
-    if (className == "FocusGroupListWidget"_L1)
-        return new QAccessibleWidget(static_cast<QWidget*>(object), QAccessible::List);
-    return nullptr;
-}
-
 } // namespace
 
 void installGroupPanelAccessible()
 {
-    [[maybe_unused]] static const bool done = (QAccessible::installFactory(makeAccessible), true);
+    installAccessible<FocusGroupListWidget, QAccessibleWidget, QAccessible::List>();
+    installAccessible<FocusGroupWidget, GroupEntryAccessible>();
 }

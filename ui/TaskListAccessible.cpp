@@ -3,14 +3,13 @@
 #include "app/core/TaskCore.h"
 #include "ui/TaskListWidget.h"
 #include "ui/TaskWidget.h"
+#include "ui/controls/AccessibleFactory.h"
 
 #include <QAccessible>
 #include <QAccessibleWidget>
 #include <QHash>
 #include <QLocale>
 #include <QPointer>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -240,15 +239,6 @@ public:
     }
 };
 
-QAccessibleInterface* makeAccessible(const QString& className, QObject* object)
-{
-    if (className == "TaskListWidget"_L1)
-        return new TaskListAccessible(static_cast<TaskListWidget*>(object));
-    if (className == "TaskWidget"_L1)
-        return new TaskFormAccessible(static_cast<TaskWidget*>(object));
-    return nullptr;
-}
-
 void announce(TaskListWidget* list, QAccessible::Event what, qsizetype row)
 {
     QAccessibleEvent event(list, what);
@@ -260,7 +250,8 @@ void announce(TaskListWidget* list, QAccessible::Event what, qsizetype row)
 
 void installTaskListAccessible()
 {
-    [[maybe_unused]] static const bool done = (QAccessible::installFactory(makeAccessible), true);
+    installAccessible<TaskListWidget, TaskListAccessible>();
+    installAccessible<TaskWidget, TaskFormAccessible>();
 }
 
 void announceSelection(TaskListWidget* list)

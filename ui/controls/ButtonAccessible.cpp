@@ -1,9 +1,10 @@
 #include "ui/controls/ButtonAccessible.h"
 
-#include <QAbstractButton>
-#include <QAccessibleWidget>
+#include "ui/controls/AccessibleFactory.h"
+#include "ui/controls/FancyCheckbox.h"
+#include "ui/controls/TinyButton.h"
 
-using namespace Qt::StringLiterals;
+#include <QAccessibleWidget>
 
 namespace {
 
@@ -55,17 +56,10 @@ private:
     }
 };
 
-QAccessibleInterface* makeAccessible(const QString& className, QObject* object)
-{
-    if (className != "FancyCheckbox"_L1 && className != "TinyButton"_L1)
-        return nullptr;
-    auto* button = qobject_cast<QAbstractButton*>(object);
-    return button ? new ButtonAccessible(button) : nullptr;
-}
-
 } // namespace
 
 void installButtonAccessible()
 {
-    [[maybe_unused]] static const bool done = (QAccessible::installFactory(makeAccessible), true);
+    installAccessible<FancyCheckbox, ButtonAccessible>();
+    installAccessible<TinyButton, ButtonAccessible>();
 }

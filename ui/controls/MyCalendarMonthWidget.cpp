@@ -1,10 +1,11 @@
 #include "ui/controls/MyCalendarMonthWidget.h"
 
 #include "app/base/Clock.h"
-#include "ui/controls/CalendarAccessible.h"
+#include "ui/controls/AccessibleFactory.h"
 #include "ui/controls/EmbossedText.h"
 #include "ui/controls/StyleHelper.h"
 
+#include <QAccessibleWidget>
 #include <QLocale>
 #include <QMouseEvent>
 #include <QPainter>
@@ -49,7 +50,8 @@ MyCalendarMonthWidget::MyCalendarMonthWidget(const MyCalendarMonthWidgetDelegate
     : QWidget(parent)
     , m_delegate(delegate)
 {
-    installCalendarAccessible();
+    // Without a face of its own it would be a plain area.
+    installAccessible<MyCalendarMonthWidget, QAccessibleWidget, QAccessible::Grouping>();
     setFocusPolicy(Qt::NoFocus);
     setMouseTracking(true);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
