@@ -2,6 +2,7 @@
 
 #include "ui/SelectIconWidget.h"
 #include "ui/controls/FancyLineEdit.h"
+#include "ui/controls/OneLine.h"
 #include "ui/controls/Prompt.h"
 #include "ui/controls/StyleHelper.h"
 
@@ -44,17 +45,19 @@ EditGroupDialog::EditGroupDialog(QWidget* parent)
     : LocalizedDialog(parent)
     , m_isNew(true)
 {
-    _init({}, {});
+    _init();
 }
 
 EditGroupDialog::EditGroupDialog(const QString& name, const QString& iconName, QWidget* parent)
     : LocalizedDialog(parent)
     , m_isNew(false)
+    , m_storedName(name)
+    , m_storedIcon(iconName)
 {
-    _init(name, iconName);
+    _init();
 }
 
-void EditGroupDialog::_init(const QString& name, const QString& iconName)
+void EditGroupDialog::_init()
 {
     setWindowModality(Qt::WindowModal);
     auto* layout = new QVBoxLayout(this);
@@ -65,10 +68,10 @@ void EditGroupDialog::_init(const QString& name, const QString& iconName)
     layout->addLayout(_createButtons());
 
     // A stored name may be longer than what can be typed.
-    m_name->setMaxLength(qMax(m_name->maxLength(), static_cast<int>(name.size())));
-    m_name->setText(name);
+    m_name->setMaxLength(qMax(m_name->maxLength(), static_cast<int>(m_storedName.size())));
+    m_name->setText(m_storedName);
     m_name->setFocus();
-    m_icons->setIconKey(iconName);
+    m_icons->setIconKey(m_storedIcon);
     connect(m_icons, &SelectIconWidget::iconChanged, this, &EditGroupDialog::_onIconChanged);
     connect(m_icons, &SelectIconWidget::iconDoubleClicked, this,
             &EditGroupDialog::_onIconDoubleClicked);
@@ -138,12 +141,13 @@ void EditGroupDialog::retranslateUI()
 
 QString EditGroupDialog::groupName() const
 {
-    return m_name->text();
+    const QString name = m_name->text();
+    return name == m_storedName ? name : fancy::onOneLine(name);
 }
 
 QString EditGroupDialog::iconName() const
 {
-    return m_icons->iconKey();
+    return m_isNew || m_iconChosen ? m_icons->iconKey() : m_storedIcon;
 }
 
 void EditGroupDialog::accept()
@@ -168,6 +172,7 @@ void EditGroupDialog::accept()
 
 void EditGroupDialog::_onIconChanged(const QString& key)
 {
+    m_iconChosen = true;
     if (m_typedName.isEmpty())
         m_name->setText(m_icons->iconName(key));
 }

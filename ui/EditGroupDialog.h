@@ -19,10 +19,11 @@ public:
     explicit EditGroupDialog(QWidget* parent);
     EditGroupDialog(const QString& name, const QString& iconName, QWidget* parent);
 
-    /// The name as typed, with spaces around it if there are any.
+    /// The name as typed, with spaces around it if there are any, but on one line; the one put in
+    /// as long as the user leaves it alone.
     [[nodiscard]] QString groupName() const;
-    /// The key of the chosen icon. Empty only as long as no row was picked and the icon put in is
-    /// not in the catalogue.
+    /// The key of the chosen icon; the one put in as long as the user chooses none, even if it is
+    /// empty or not in the catalogue.
     [[nodiscard]] QString iconName() const;
 
     void retranslateUI() override;
@@ -37,7 +38,7 @@ private Q_SLOTS:
     void _onTextEdited(const QString& text);
 
 private:
-    void _init(const QString& name, const QString& iconName);
+    void _init();
     QWidget* _createPanel();
     QWidget* _createSeparator();
     QLayout* _createButtons();
@@ -49,6 +50,9 @@ private:
     QString m_typedName;
 
     const bool m_isNew;
+    const QString m_storedName;
+    const QString m_storedIcon;
+    bool m_iconChosen = false;
     QLabel* m_iconsTitle = nullptr;
     QLabel* m_nameTitle = nullptr;
     QPushButton* m_okButton = nullptr;

@@ -1,14 +1,13 @@
 #include "ui/ElidedLabel.h"
 
 #include "ui/PlainToolTip.h"
+#include "ui/controls/OneLine.h"
 
 #include <QHelpEvent>
 #include <QPainter>
 #include <QStyle>
 #include <QToolTip>
 #include <QtMath>
-
-#include <algorithm>
 
 namespace {
 /// More than fits on any screen; what lies beyond need not be measured.
@@ -59,11 +58,5 @@ void ElidedLabel::paintEvent(QPaintEvent* /*event*/)
 
 QString ElidedLabel::_line() const
 {
-    QString line = text().left(longestLine);
-    const auto isBreak = [](QChar c) {
-        return c == u'\n' || c == u'\r' || c == u'\t' || c == QChar::LineSeparator ||
-               c == QChar::ParagraphSeparator;
-    };
-    std::replace_if(line.begin(), line.end(), isBreak, u' ');
-    return line;
+    return fancy::onOneLine(text().left(longestLine));
 }

@@ -1,6 +1,8 @@
 // Editors that show a grey hint as long as they are empty and elsewhere has the focus.
 #pragma once
 
+#include "ui/controls/OneLine.h"
+
 #include <QApplication>
 #include <QDropEvent>
 #include <QInputMethodEvent>
@@ -23,12 +25,13 @@ class HintedEditT : public Editor
 public:
     HintedEditT(const QString& text, const QString& hintText, QWidget* parent = nullptr);
 
-    [[nodiscard]] bool isHintShown() const { return m_hintShown; }
+    [[nodiscard]] bool isHintShown() const { return m_content == EContent::hint; }
     /// Whether the example stands there, neither edited nor accepted.
-    [[nodiscard]] bool isExampleShown() const { return m_exampleShown; }
+    [[nodiscard]] bool isExampleShown() const { return m_content == EContent::example; }
 
-    /// What the user wrote, or the example; empty while the hint is shown.
-    [[nodiscard]] QString userText() const { return m_hintShown ? QString() : _text(); }
+    /// What the user wrote, or the example; empty while the hint is shown. That of a line edit has
+    /// blanks for the line breaks and tabs that were pasted.
+    [[nodiscard]] QString userText() const { return isHintShown() ? QString() : _text(); }
     /// Puts a text in, as if the user had written it; an empty one brings the hint back, unless
     /// the editor has the focus. A text that stands there already keeps cursor and undo history.
     void setUserText(const QString& text);
@@ -43,6 +46,8 @@ public:
 
     /// A fixed background, and a text colour that can be read on it under any theme.
     void setBaseColor(const QColor& color);
+    /// Of what is no hint.
+    void setTextColor(const QColor& color);
 
 protected:
     void focusInEvent(QFocusEvent* event) override;
@@ -53,8 +58,18 @@ protected:
 private:
     static constexpr bool isTextEdit = std::is_base_of_v<QTextEdit, Editor>;
 
+    enum class EContent
+    {
+        hint,
+        example,
+        replacedExample, ///< the user's text; undo would bring the example back
+        usersText
+    };
+
+    void _setContent(EContent content);
     void _showHintText();
     void _onTextChanged();
+    void _alignWithHint();
     void _acceptExample();
     void _forgetHistory();
     void _makeRoom();
@@ -62,17 +77,15 @@ private:
     [[nodiscard]] bool _losesFocusToOwnTool(const QFocusEvent* event) const;
     [[nodiscard]] bool _isEmpty() const;
     [[nodiscard]] QString _text() const;
-    [[nodiscard]] static QString _withLineFeeds(QString text);
+    [[nodiscard]] static QString _asRead(QString text);
 
     QPalette m_normalPalette;
     QPalette m_hintPalette;
     QString m_hintText;
     QString m_storedText;
-    bool m_hintShown = false;
-    bool m_exampleShown = false;
-    bool m_replacing = false;
-    bool m_composing = false;
-    bool m_historyHasExample = false;
+    EContent m_content = EContent::usersText;
+    bool m_replacing = false; ///< the text is changed from here
+    bool m_composing = false; ///< an input method has more to come
 };
 
 template <typename Editor>
@@ -84,6 +97,7 @@ HintedEditT<Editor>::HintedEditT(const QString& text, const QString& hintText, Q
 {
     m_hintPalette.setColor(QPalette::Text, Qt::gray);
     this->setAccessibleName(hintText);
+    _alignWithHint();
     QObject::connect(this, &Editor::textChanged, this, [this] { _onTextChanged(); });
     if (!text.isEmpty())
         _replaceText(text);
@@ -91,15 +105,31 @@ HintedEditT<Editor>::HintedEditT(const QString& text, const QString& hintText, Q
 }
 
 template <typename Editor>
+void HintedEditT<Editor>::_setContent(EContent content)
+{
+    m_content = content;
+    this->setPalette(isHintShown() ? m_hintPalette : m_normalPalette);
+}
+
+/// A line begins where the hint does, whichever way its script runs.
+template <typename Editor>
+void HintedEditT<Editor>::_alignWithHint()
+{
+    if constexpr (!isTextEdit)
+        this->setAlignment(Qt::AlignAbsolute |
+                           (this->isRightToLeft() ? Qt::AlignRight : Qt::AlignLeft));
+}
+
+template <typename Editor>
 void HintedEditT<Editor>::setUserText(const QString& text)
 {
-    if (m_hintShown && text.isEmpty())
+    const bool hadHint = isHintShown();
+    if (hadHint && text.isEmpty())
         return;
-    const bool hadHint = std::exchange(m_hintShown, false);
     if (hadHint)
-        this->setPalette(m_normalPalette);
+        _setContent(EContent::usersText);
     _acceptExample();
-    if (hadHint || _withLineFeeds(text) != _text())
+    if (hadHint || _asRead(text) != _text())
         _replaceText(text);
     if (text.isEmpty() && !this->hasFocus())
         _showHintText();
@@ -110,7 +140,7 @@ void HintedEditT<Editor>::setHintText(const QString& hintText)
 {
     this->setAccessibleName(hintText);
     m_hintText = hintText;
-    if (!m_hintShown) {
+    if (!isHintShown()) {
         if (_isEmpty() && !this->hasFocus())
             _showHintText();
     } else if (hintText.isEmpty()) {
@@ -124,9 +154,9 @@ template <typename Editor>
 void HintedEditT<Editor>::setStoredText(const QString& text)
 {
     m_storedText = text;
-    if (!m_exampleShown)
+    if (!isExampleShown())
         return;
-    m_exampleShown = !text.isEmpty();
+    _setContent(text.isEmpty() ? EContent::usersText : EContent::example);
     _replaceText(text);
     this->selectAll();
 }
@@ -134,9 +164,8 @@ void HintedEditT<Editor>::setStoredText(const QString& text)
 template <typename Editor>
 void HintedEditT<Editor>::leaveHint()
 {
-    if (m_hintShown) {
-        m_hintShown = false;
-        this->setPalette(m_normalPalette);
+    if (isHintShown()) {
+        _setContent(EContent::usersText);
         _replaceText({});
     }
     _acceptExample();
@@ -147,19 +176,22 @@ void HintedEditT<Editor>::setBaseColor(const QColor& color)
 {
     m_normalPalette.setColor(QPalette::Base, color);
     m_hintPalette.setColor(QPalette::Base, color);
-    const QColor text = color.lightness() < 128 ? Qt::white : Qt::black;
-    m_normalPalette.setColor(QPalette::Active, QPalette::Text, text);
-    m_normalPalette.setColor(QPalette::Inactive, QPalette::Text, text);
-    this->setPalette(m_hintShown ? m_hintPalette : m_normalPalette);
+    setTextColor(color.lightness() < 128 ? Qt::white : Qt::black);
+}
+
+template <typename Editor>
+void HintedEditT<Editor>::setTextColor(const QColor& color)
+{
+    m_normalPalette.setColor(QPalette::Active, QPalette::Text, color);
+    m_normalPalette.setColor(QPalette::Inactive, QPalette::Text, color);
+    _setContent(m_content);
 }
 
 template <typename Editor>
 void HintedEditT<Editor>::focusInEvent(QFocusEvent* event)
 {
-    if (m_hintShown) {
-        m_hintShown = false;
-        m_exampleShown = !m_storedText.isEmpty();
-        this->setPalette(m_normalPalette);
+    if (isHintShown()) {
+        _setContent(m_storedText.isEmpty() ? EContent::usersText : EContent::example);
         _replaceText(m_storedText);
         // However the focus came: typing takes the example's place.
         this->selectAll();
@@ -201,7 +233,7 @@ void HintedEditT<Editor>::dropEvent(QDropEvent* event)
 template <typename Editor>
 void HintedEditT<Editor>::inputMethodEvent(QInputMethodEvent* event)
 {
-    if (m_hintShown && !(event->commitString().isEmpty() && event->preeditString().isEmpty()))
+    if (isHintShown() && !(event->commitString().isEmpty() && event->preeditString().isEmpty()))
         leaveHint();
     m_composing = !event->preeditString().isEmpty();
     Editor::inputMethodEvent(event);
@@ -211,12 +243,10 @@ void HintedEditT<Editor>::inputMethodEvent(QInputMethodEvent* event)
 template <typename Editor>
 void HintedEditT<Editor>::_showHintText()
 {
-    if (m_hintShown || m_hintText.isEmpty() || !(_isEmpty() || m_exampleShown))
+    if (isHintShown() || m_hintText.isEmpty() || !(_isEmpty() || isExampleShown()))
         return;
     // Before the text: whoever hears of the change must not take the hint for the user's words.
-    m_hintShown = true;
-    m_exampleShown = false;
-    this->setPalette(m_hintPalette);
+    _setContent(EContent::hint);
     _replaceText(m_hintText);
 }
 
@@ -224,12 +254,10 @@ void HintedEditT<Editor>::_showHintText()
 template <typename Editor>
 void HintedEditT<Editor>::_onTextChanged()
 {
-    if (m_replacing || (m_hintShown && _text() == m_hintText))
+    if (m_replacing || (isHintShown() && _text() == m_hintText))
         return;
-    if (m_hintShown) {
-        m_hintShown = false;
-        this->setPalette(m_normalPalette);
-    }
+    if (isHintShown())
+        _setContent(EContent::usersText);
     _acceptExample();
     if (_isEmpty() && !this->hasFocus())
         _showHintText();
@@ -238,10 +266,9 @@ void HintedEditT<Editor>::_onTextChanged()
 template <typename Editor>
 void HintedEditT<Editor>::_acceptExample()
 {
-    if (!m_exampleShown)
+    if (!isExampleShown())
         return;
-    m_exampleShown = false;
-    m_historyHasExample = true;
+    _setContent(EContent::replacedExample);
     _forgetHistory();
 }
 
@@ -250,9 +277,9 @@ template <typename Editor>
 void HintedEditT<Editor>::_forgetHistory()
 {
     // Clearing the history would cut off what an input method is about to compose.
-    if (!m_historyHasExample || m_composing)
+    if (m_content != EContent::replacedExample || m_composing)
         return;
-    m_historyHasExample = false;
+    _setContent(EContent::usersText);
     if constexpr (isTextEdit) {
         this->document()->clearUndoRedoStacks();
     } else {
@@ -266,8 +293,8 @@ void HintedEditT<Editor>::_forgetHistory()
 template <typename Editor>
 void HintedEditT<Editor>::_makeRoom()
 {
-    if (m_exampleShown) {
-        m_exampleShown = false;
+    if (isExampleShown()) {
+        _setContent(EContent::usersText);
         _replaceText({});
     }
     leaveHint();
@@ -306,19 +333,21 @@ QString HintedEditT<Editor>::_text() const
 {
     // Not toPlainText(): it turns no-break spaces into blanks.
     if constexpr (isTextEdit)
-        return _withLineFeeds(this->document()->toRawText());
+        return _asRead(this->document()->toRawText());
     else
-        return this->text();
+        return _asRead(this->text());
 }
 
 /// A text as its user text reads once it is in the editor.
 template <typename Editor>
-QString HintedEditT<Editor>::_withLineFeeds(QString text)
+QString HintedEditT<Editor>::_asRead(QString text)
 {
-    if constexpr (isTextEdit) {
+    if constexpr (!isTextEdit) {
+        return fancy::onOneLine(text);
+    } else {
         text.replace(QLatin1StringView("\r\n"), QLatin1StringView("\n"));
         for (const char16_t separator : {u'\r', u'\u2028', u'\u2029'})
             text.replace(QChar(separator), QChar(u'\n'));
+        return text;
     }
-    return text;
 }
