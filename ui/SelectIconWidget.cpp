@@ -17,6 +17,7 @@ constexpr int itemSpacing = 10;
 constexpr int lowestHeight = 105;
 constexpr int smallestWidth = 400;
 constexpr qreal cornerRadius = 4;
+constexpr QColor frameColour(0xbf, 0xbf, 0xbf);
 /// On either side of a name.
 constexpr int padding = 3;
 const QString newGroupKey = u"star_green"_s;
@@ -61,6 +62,7 @@ protected:
 SelectIconWidget::SelectIconWidget(QWidget* parent)
     : QListWidget(parent)
 {
+    setFrameStyle(Box | Plain);
     setViewMode(IconMode);
     setMovement(Static);
     setIconSize(pictureSize);
@@ -91,6 +93,7 @@ QString SelectIconWidget::iconName(const QString& key) const
 void SelectIconWidget::setIconKey(const QString& key)
 {
     const qsizetype row = m_keys.indexOf(key.isEmpty() ? newGroupKey : key);
+    const QSignalBlocker notTheUser(this);
     // Unlike setCurrentRow(), this keeps the first row from becoming current with the focus.
     setCurrentIndex(model()->index(static_cast<int>(row), 0));
     _showCurrent();
@@ -113,6 +116,26 @@ void SelectIconWidget::scrollTo(const QModelIndex& index, ScrollHint hint)
         bar->setValue(bar->value() + item.left());
     else if (item.right() >= viewport()->width())
         bar->setValue(bar->value() + item.right() + 1 - viewport()->width());
+}
+
+bool SelectIconWidget::event(QEvent* event)
+{
+    if (event->type() != QEvent::Paint)
+        return QListWidget::event(event);
+    // Filled, not stroked as the style's frame: closed at any scale.
+    QPainter painter(this);
+    for (const QRect& edge : QRegion(rect()) - rect().adjusted(1, 1, -1, -1))
+        painter.fillRect(edge, frameColour);
+    return true;
+}
+
+void SelectIconWidget::currentChanged(const QModelIndex& current, const QModelIndex& previous)
+{
+    QListWidget::currentChanged(current, previous);
+    // At some scales the frame of an icon covers a part of the pixels around it.
+    viewport()->update();
+    if (current.isValid())
+        Q_EMIT iconChanged(iconKey());
 }
 
 void SelectIconWidget::changeEvent(QEvent* event)

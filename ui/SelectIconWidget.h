@@ -29,11 +29,13 @@ public:
     void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
 
 Q_SIGNALS:
-    /// An icon was clicked.
+    /// An icon was clicked, or chosen by keys.
     void iconChanged(const QString& key);
     void iconDoubleClicked(const QString& key);
 
 protected:
+    bool event(QEvent* event) override;
+    void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
     void changeEvent(QEvent* event) override;
     [[nodiscard]] QItemSelectionModel::SelectionFlags
     selectionCommand(const QModelIndex& index, const QEvent* event) const override;
