@@ -2,19 +2,71 @@
 
 #include "ui/controls/StyleHelper.h"
 
+#include <QApplication>
 #include <QPainter>
-#include <QStyle>
+#include <QPointer>
+#include <QProxyStyle>
 #include <QStyleOptionSlider>
 
 namespace {
 constexpr int thickness = 10;
 constexpr int inset = 2;
 constexpr qreal radius = 4;
+
+/// Has the thumb run from end to end, where other bars have arrows.
+class ArrowlessStyle final : public QProxyStyle
+{
+public:
+    /// Shared by all bars.
+    static QStyle* inst()
+    {
+        static const QPointer<QStyle> style = [] {
+            auto* made = new ArrowlessStyle;
+            made->setParent(qApp);
+            return made;
+        }();
+        return style;
+    }
+
+    QRect subControlRect(ComplexControl control, const QStyleOptionComplex* option, SubControl part,
+                         const QWidget* widget) const override
+    {
+        const auto* bar = qstyleoption_cast<const QStyleOptionSlider*>(option);
+        if (control != CC_ScrollBar || !bar)
+            return QProxyStyle::subControlRect(control, option, part, widget);
+        const bool vertical = bar->orientation == Qt::Vertical;
+        const int length = vertical ? bar->rect.height() : bar->rect.width();
+        const qint64 total = qint64(bar->maximum) - bar->minimum + bar->pageStep;
+        const qint64 share = total > 0 ? qint64(bar->pageStep) * length / total : length;
+        const int shortest = pixelMetric(PM_ScrollBarSliderMin, option, widget);
+        const int thumb = int(qMin<qint64>(length, qMax<qint64>(share, shortest)));
+        const int start = sliderPositionFromValue(bar->minimum, bar->maximum, bar->sliderPosition,
+                                                  length - thumb, bar->upsideDown);
+        const auto piece = [&](int from, int to) {
+            const QRect area = vertical ? QRect(0, from, bar->rect.width(), to - from)
+                                        : QRect(from, 0, to - from, bar->rect.height());
+            return visualRect(bar->direction, bar->rect, area);
+        };
+        switch (part) {
+        case SC_ScrollBarSubPage:
+            return piece(0, start);
+        case SC_ScrollBarSlider:
+            return piece(start, start + thumb);
+        case SC_ScrollBarAddPage:
+            return piece(start + thumb, length);
+        case SC_ScrollBarGroove:
+            return piece(0, length);
+        default:
+            return {};
+        }
+    }
+};
 } // namespace
 
 FancyScrollbar::FancyScrollbar(Qt::Orientation orientation, QWidget* parent)
     : QScrollBar(orientation, parent)
 {
+    setStyle(ArrowlessStyle::inst());
 }
 
 QSize FancyScrollbar::sizeHint() const
