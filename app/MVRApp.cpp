@@ -5,6 +5,7 @@
 #include "app/base/ProgramSettings.h"
 #include "app/base/UserMetrics.h"
 #include "app/core/TaskCore.h"
+#include "ui/controls/ApplicationPalette.h"
 
 #include <QSessionManager>
 
@@ -23,11 +24,20 @@ MVRApp::MVRApp(const QString& id, int& argc, char** argv)
     : QtSingleApplication(id, argc, argv, PathHelper::getPath(PathHelper::UserDataFolder, true))
 {
     guard(PathHelper::realPath(PathHelper::databaseFile()));
+    fancy::replaceDarkPalette();
     // Direct: the session manager takes the return from the signal as the end of saving.
     connect(this, &QGuiApplication::commitDataRequest, this, &MVRApp::commitData,
             Qt::DirectConnection);
     connect(this, &QGuiApplication::saveStateRequest, this, &MVRApp::_onSaveState,
             Qt::DirectConnection);
+}
+
+bool MVRApp::event(QEvent* event)
+{
+    // Desktops turn dark in the evening.
+    if (event->type() == QEvent::ApplicationPaletteChange)
+        fancy::replaceDarkPalette();
+    return QtSingleApplication::event(event);
 }
 
 void MVRApp::saveLoadedSettings()

@@ -22,6 +22,9 @@ public:
     /// Does nothing: the translations have an owner of their own.
     void loadTranslationsForLocaleId() {}
 
+protected:
+    bool event(QEvent* event) override;
+
 private:
     /// The session manager asks for the program's state, as it does at every log-in.
     void _onSaveState();

@@ -1,0 +1,78 @@
+#include "ui/controls/ApplicationPalette.h"
+
+#include <QApplication>
+#include <QPalette>
+#include <QToolTip>
+
+#include <array>
+#include <utility>
+
+namespace {
+
+bool isDark(const QPalette& colours)
+{
+    const auto lightness = [&](QPalette::ColorRole role) {
+        return colours.color(QPalette::Active, role).lightness();
+    };
+    return lightness(QPalette::Base) < lightness(QPalette::Text) ||
+           lightness(QPalette::Window) < lightness(QPalette::WindowText) ||
+           lightness(QPalette::ToolTipBase) < lightness(QPalette::ToolTipText);
+}
+
+/// The usual one, where no desktop brings its own.
+QPalette lightPalette()
+{
+    constexpr QRgb black = 0x000000;
+    constexpr QRgb white = 0xffffff;
+    constexpr QRgb window = 0xefefef;
+    constexpr QRgb faded = 0xbebebe;
+    constexpr std::array colors = {
+        std::pair(QPalette::WindowText, black),
+        std::pair(QPalette::Button, window),
+        std::pair(QPalette::Light, white),
+        std::pair(QPalette::Midlight, 0xcacacaU),
+        std::pair(QPalette::Dark, 0x9f9f9fU),
+        std::pair(QPalette::Mid, 0xb8b8b8U),
+        std::pair(QPalette::Text, black),
+        std::pair(QPalette::BrightText, white),
+        std::pair(QPalette::ButtonText, black),
+        std::pair(QPalette::Base, white),
+        std::pair(QPalette::Window, window),
+        std::pair(QPalette::Shadow, 0x767676U),
+        std::pair(QPalette::Highlight, 0x308cc6U),
+        std::pair(QPalette::HighlightedText, white),
+        std::pair(QPalette::Link, 0x0000ffU),
+        std::pair(QPalette::LinkVisited, 0xff00ffU),
+        std::pair(QPalette::AlternateBase, 0xf7f7f7U),
+        std::pair(QPalette::ToolTipBase, 0xffffdcU),
+        std::pair(QPalette::ToolTipText, black),
+    };
+    QPalette palette;
+    for (const auto& [role, color] : colors)
+        palette.setColor(role, QColor::fromRgb(color));
+    palette.setColor(QPalette::PlaceholderText, QColor(0, 0, 0, 128));
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(QPalette::Disabled, role, QColor::fromRgb(faded));
+    palette.setColor(QPalette::Disabled, QPalette::Base, QColor::fromRgb(window));
+    palette.setColor(QPalette::Disabled, QPalette::Highlight, QColor::fromRgb(0x919191));
+    return palette;
+}
+
+} // namespace
+
+void fancy::replaceDarkPalette()
+{
+    const QPalette light = lightPalette();
+    if (isDark(QApplication::palette()))
+        QApplication::setPalette(light);
+    if (isDark(QToolTip::palette()))
+        QToolTip::setPalette(light);
+    // Of these the desktop may choose the colours apart.
+    for (const char* name :
+         {"QAbstractButton", "QAbstractItemView", "QCheckBox", "QComboBox", "QGroupBox",
+          "QHeaderView", "QLabel", "QLineEdit", "QMenu", "QMenuBar", "QMessageBoxLabel",
+          "QRadioButton", "QTabBar", "QTextEdit", "QTipLabel", "QToolButton"}) {
+        if (isDark(QApplication::palette(name)))
+            QApplication::setPalette(light, name);
+    }
+}
