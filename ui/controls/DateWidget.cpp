@@ -15,6 +15,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+/// Of a text that is no date, on the light background of the field.
+constexpr QColor wrongTextColor(0xb3, 0x1d, 0x1d);
+
 // Both ways without the system's locale: its digits could not be typed on every keyboard, and its
 // names of months would not always be read back.
 QString toText(const QDateTime& value)
@@ -22,10 +25,25 @@ QString toText(const QDateTime& value)
     return value.date().toString(DateWidget::fixedDateFormat());
 }
 
+QString tomorrowsText()
+{
+    return toText(Clock::today().addDays(1).startOfDay());
+}
+
+/// Without what no keyboard has: direction marks, and blanks of other kinds.
+QString typable(QString text)
+{
+    for (const char16_t mark : {u'\u061c', u'\u200e', u'\u200f'})
+        text.remove(QChar(mark));
+    for (const char16_t blank : {u'\u00a0', u'\u202f'})
+        text.replace(QChar(blank), u' ');
+    return text;
+}
+
 /// The first moment of the day: in some zones a few days have no midnight.
 QDateTime fromText(const QString& text)
 {
-    const QDate date = QDate::fromString(text, DateWidget::fixedDateFormat());
+    const QDate date = QDate::fromString(typable(text), typable(DateWidget::fixedDateFormat()));
     return date.isValid() ? date.startOfDay() : QDateTime();
 }
 
@@ -43,6 +61,12 @@ QString withPaddedNumbers(const QString& text)
         part = u"%1"_s.arg(number, 2, 10, QChar(u'0'));
     }
     return parts.join(u'.');
+}
+
+QDateTime fromTyped(const QString& text)
+{
+    const QDateTime padded = fromText(withPaddedNumbers(text));
+    return padded.isValid() ? padded : fromText(text);
 }
 
 } // namespace
@@ -75,6 +99,7 @@ void DateWidget::_createEdit()
     m_edit->setTextMargins({});
     m_edit->setBaseColor(fancy::color(fancy::RowEdited));
     _updateExample();
+    connect(m_edit, &QLineEdit::textChanged, this, &DateWidget::_markWrongText);
     connect(m_edit, &QLineEdit::textEdited, this, &DateWidget::_onTextEdited);
     connect(m_edit, &QLineEdit::returnPressed, this, &DateWidget::_onReturn);
     connect(m_edit, &FancyLineEdit::gotFocus, this, &DateWidget::_onEditGotFocus);
@@ -83,7 +108,7 @@ void DateWidget::_createEdit()
 /// Tomorrow is what most tasks are due on.
 void DateWidget::_updateExample()
 {
-    m_edit->setStoredText(toText(Clock::today().addDays(1).startOfDay()));
+    m_edit->setStoredText(tomorrowsText());
     if (m_popup && m_edit->isExampleShown())
         m_popup->setDateTime(getValue());
 }
@@ -114,7 +139,21 @@ QDateTime DateWidget::getValue() const
 void DateWidget::_changeValue(const QDateTime& value)
 {
     m_value = value;
+    _markWrongText();
     Q_EMIT valueChanged(value);
+}
+
+/// The value may be one that cannot be typed: what shows it is not wrong.
+void DateWidget::_markWrongText()
+{
+    const QString text = m_edit->userText();
+    const bool isWrong = !text.trimmed().isEmpty() && !fromTyped(text.trimmed()).isValid() &&
+                         text != toText(m_value);
+    const QString advice =
+        isWrong ? tr("Not a date. Please write it like this: %1").arg(tomorrowsText()) : QString();
+    m_edit->setTextColor(isWrong ? wrongTextColor : QColor(Qt::black));
+    m_edit->setToolTip(advice);
+    m_edit->setAccessibleDescription(advice);
 }
 
 void DateWidget::_onTextEdited(const QString& text)
@@ -127,7 +166,7 @@ void DateWidget::_onTextEdited(const QString& text)
         _changeValue({});
         return;
     }
-    const QDateTime value = fromText(withPaddedNumbers(typed));
+    const QDateTime value = fromTyped(typed);
     if (!value.isValid())
         return;
     if (m_popup)
@@ -271,4 +310,5 @@ void DateWidget::changeEvent(QEvent* event)
     QWidget::changeEvent(event);
     if (event->type() == QEvent::LanguageChange)
         m_edit->setHintText(tr("Due date"));
+    _markWrongText();
 }

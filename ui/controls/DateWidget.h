@@ -9,7 +9,8 @@
 class CalendarPopup;
 
 /// A date is typed in the program's date format or picked. The calendar is there while the field
-/// has the focus; whoever takes the editing elsewhere within the window closes it.
+/// has the focus; whoever takes the editing elsewhere within the window closes it. A text that is
+/// no date changes nothing and is marked for as long as it stands there.
 class DateWidget : public QWidget
 {
     Q_OBJECT
@@ -55,6 +56,7 @@ private Q_SLOTS:
 private:
     void _createEdit();
     void _changeValue(const QDateTime& value);
+    void _markWrongText();
     void _followWindow();
     void _stepAside();
     void _updateExample();
@@ -63,5 +65,5 @@ private:
     HintedEditT<FancyLineEdit>* m_edit = nullptr;
     QDateTime m_value;
     CalendarPopup* m_popup = nullptr;
-    bool m_aside = false; // the popup keeps away until the field gets the focus again
+    bool m_aside = false; ///< the popup keeps away until the field gets the focus again
 };
