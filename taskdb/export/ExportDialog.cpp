@@ -250,7 +250,11 @@ void ExportDialog::_updateButtons()
 void ExportDialog::accept()
 {
     const QString path =
-        ChosenFile::write(this, {tr("Export to"), QDir::homePath(), tr("Text files (*.txt)")},
+        ChosenFile::write(this,
+                          {.caption = tr("Export to"),
+                           .folder = QDir::homePath(),
+                           .filter = tr("Text files (*.txt)"),
+                           .suffix = u"txt"_s},
                           [this](const QString& chosen) { return _write(chosen); });
     if (path.isEmpty())
         return;

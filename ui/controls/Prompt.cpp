@@ -1,10 +1,24 @@
 #include "ui/controls/Prompt.h"
 
 #include <QFileDialog>
+#include <QFileInfo>
+#include <QLayout>
 
 namespace {
 Prompt::Answerer presetAnswerer;
 Prompt::SaveAnswerer presetSaveAnswerer;
+
+/// A dialog of the desktop's has asked about the name as typed. If there is a file of the name with
+/// the suffix, it goes without one: nobody has agreed to lose that file.
+QString chosenFile(QFileDialog& dialog)
+{
+    const bool isDesktops = !dialog.layout();
+    const QString path = dialog.selectedFiles().constFirst();
+    if (!isDesktops || !QFileInfo::exists(path))
+        return path;
+    dialog.setDefaultSuffix({});
+    return dialog.selectedFiles().constFirst();
+}
 } // namespace
 
 QMessageBox::StandardButton Prompt::ask(QWidget* parent, const Question& question)
@@ -25,10 +39,11 @@ QString Prompt::askSaveFile(QWidget* parent, const SaveQuestion& question)
         return presetSaveAnswerer(question);
     QFileDialog dialog(parent, question.caption, question.folder, question.filter);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setDefaultSuffix(question.suffix);
     dialog.selectFile(question.name);
     if (parent)
         dialog.setWindowModality(Qt::WindowModal);
-    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().constFirst() : QString();
+    return dialog.exec() == QDialog::Accepted ? chosenFile(dialog) : QString();
 }
 
 void Prompt::setAnswerer(const Answerer& answerer)

@@ -24,9 +24,10 @@ public:
     struct SaveQuestion
     {
         QString caption;
-        QString folder; ///< where the dialog starts
-        QString filter; ///< as QFileDialog takes it
-        QString name{}; ///< offered for the file; may be empty
+        QString folder;   ///< where the dialog starts
+        QString filter;   ///< as QFileDialog takes it
+        QString name{};   ///< offered for the file; may be empty
+        QString suffix{}; ///< for a name that the user chooses without one, such as "txt"
     };
     using SaveAnswerer = std::function<QString(const SaveQuestion&)>;
 
