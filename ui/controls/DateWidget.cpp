@@ -10,6 +10,7 @@
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QScreen>
+#include <QToolTip>
 
 using namespace Qt::StringLiterals;
 
@@ -151,7 +152,9 @@ void DateWidget::_markWrongText()
                          text != toText(m_value);
     const QString advice =
         isWrong ? tr("Not a date. Please write it like this: %1").arg(tomorrowsText()) : QString();
-    m_edit->setTextColor(isWrong ? wrongTextColor : QColor(Qt::black));
+    if (advice.isEmpty() && !m_edit->toolTip().isEmpty())
+        QToolTip::hideText();
+    m_edit->setMark(isWrong ? wrongTextColor : QColor());
     m_edit->setToolTip(advice);
     m_edit->setAccessibleDescription(advice);
 }

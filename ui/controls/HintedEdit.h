@@ -46,8 +46,8 @@ public:
 
     /// A fixed background, and a text colour that can be read on it under any theme.
     void setBaseColor(const QColor& color);
-    /// Of what is no hint.
-    void setTextColor(const QColor& color);
+    /// Gives what is no hint this colour, or its selection; an invalid colour ends that.
+    void setMark(const QColor& color);
 
 protected:
     void focusInEvent(QFocusEvent* event) override;
@@ -81,6 +81,7 @@ private:
 
     QPalette m_normalPalette;
     QPalette m_hintPalette;
+    QColor m_mark;
     QString m_hintText;
     QString m_storedText;
     EContent m_content = EContent::usersText;
@@ -108,7 +109,12 @@ template <typename Editor>
 void HintedEditT<Editor>::_setContent(EContent content)
 {
     m_content = content;
-    this->setPalette(isHintShown() ? m_hintPalette : m_normalPalette);
+    QPalette colors = isHintShown() ? m_hintPalette : m_normalPalette;
+    if (m_mark.isValid() && !isHintShown()) {
+        colors.setColor(QPalette::Text, m_mark);
+        colors.setColor(QPalette::Highlight, m_mark);
+    }
+    this->setPalette(colors);
 }
 
 /// A line begins where the hint does, whichever way its script runs.
@@ -176,14 +182,16 @@ void HintedEditT<Editor>::setBaseColor(const QColor& color)
 {
     m_normalPalette.setColor(QPalette::Base, color);
     m_hintPalette.setColor(QPalette::Base, color);
-    setTextColor(color.lightness() < 128 ? Qt::white : Qt::black);
+    const QColor text = color.lightness() < 128 ? Qt::white : Qt::black;
+    m_normalPalette.setColor(QPalette::Active, QPalette::Text, text);
+    m_normalPalette.setColor(QPalette::Inactive, QPalette::Text, text);
+    _setContent(m_content);
 }
 
 template <typename Editor>
-void HintedEditT<Editor>::setTextColor(const QColor& color)
+void HintedEditT<Editor>::setMark(const QColor& color)
 {
-    m_normalPalette.setColor(QPalette::Active, QPalette::Text, color);
-    m_normalPalette.setColor(QPalette::Inactive, QPalette::Text, color);
+    m_mark = color;
     _setContent(m_content);
 }
 
