@@ -1,6 +1,7 @@
 #include "ui/SelectIconWidget.h"
 
 #include "ui/controls/FancyScrollbar.h"
+#include "ui/controls/Outline.h"
 #include "ui/controls/StyleHelper.h"
 #include "ui/icons/IconsHelper.h"
 
@@ -122,10 +123,9 @@ bool SelectIconWidget::event(QEvent* event)
 {
     if (event->type() != QEvent::Paint)
         return QListWidget::event(event);
-    // Filled, not stroked as the style's frame: closed at any scale.
+    // At some scales the style's frame has gaps.
     QPainter painter(this);
-    for (const QRect& edge : QRegion(rect()) - rect().adjusted(1, 1, -1, -1))
-        painter.fillRect(edge, frameColour);
+    fancy::drawOutline(painter, rect(), frameColour);
     return true;
 }
 

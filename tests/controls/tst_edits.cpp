@@ -92,7 +92,7 @@ private Q_SLOTS:
         for (const bool composed : {false, true}) {
             Form form;
             HintedEditT<FancyLineEdit> edit({}, u"Hint"_s);
-            edit.setStoredText(u"Example"_s);
+            edit.setExample(u"Example"_s);
             QVERIFY(form.show(&edit));
             edit.setFocus();
             if (composed) {

@@ -10,7 +10,7 @@ constexpr QSize clockSize(256, 256);
 constexpr QPointF pivot(175.5, 179.5);
 constexpr int frameMs = 41;
 constexpr int hours = 12;
-/// By which the picture of the minute hand is turned.
+/// Degrees by which the hand is turned in its picture.
 constexpr double minuteHandTurn = 2.5;
 
 void drawHand(QPainter& painter, const QPixmap& hand, double angle)

@@ -89,7 +89,7 @@ DateWidget::DateWidget(const QDateTime& value, QWidget* parent)
 
 DateWidget::~DateWidget()
 {
-    // It may lose the focus only after what listens to it here is gone.
+    // It outlives this part of the object, and tells that it loses the focus.
     m_edit->disconnect(this);
 }
 
@@ -109,7 +109,7 @@ void DateWidget::_createEdit()
 /// Tomorrow is what most tasks are due on.
 void DateWidget::_updateExample()
 {
-    m_edit->setStoredText(tomorrowsText());
+    m_edit->setExample(tomorrowsText());
     if (m_popup && m_edit->isExampleShown())
         m_popup->setDateTime(getValue());
 }
@@ -179,7 +179,7 @@ void DateWidget::_onTextEdited(const QString& text)
 
 void DateWidget::_onReturn()
 {
-    // Accepted as it stands there: it would not be the value otherwise.
+    // What is accepted becomes the value, as if it had been typed.
     const bool acceptsExample = m_edit->isExampleShown();
     m_edit->leaveHint();
     if (acceptsExample)
@@ -257,7 +257,7 @@ QPoint DateWidget::_popupPlace() const
     return place;
 }
 
-/// Controls know no windows: one that moves tells so by a signal of this name.
+/// The window's class is out of reach from here; it tells of its moves by a signal of this name.
 void DateWidget::_followWindow()
 {
     const QWidget* top = window();

@@ -45,17 +45,17 @@ bool FancyCheckbox::hitButton(const QPoint& pos) const
 void FancyCheckbox::checkStateSet()
 {
     QAbstractButton::checkStateSet();
-    _noteState();
+    _emitIfChanged();
 }
 
 void FancyCheckbox::nextCheckState()
 {
     QAbstractButton::nextCheckState();
-    _noteState();
+    _emitIfChanged();
 }
 
-/// A click comes by here twice or not at all by way of checkStateSet(): only a real change counts.
-void FancyCheckbox::_noteState()
+/// The base class may call either hook, both or one of them twice for a single change.
+void FancyCheckbox::_emitIfChanged()
 {
     if (isChecked() == m_checked)
         return;
@@ -95,8 +95,7 @@ FancyCheckbox::EIcon FancyCheckbox::_iconIndex() const
 void FancyCheckbox::paintEvent(QPaintEvent* event)
 {
     Q_UNUSED(event)
-    // While a button is held the leave event waits for its release; the base class follows the
-    // pointer meanwhile.
+    // The leave event waits until the mouse button is released; isDown() follows the pointer.
     m_hover = m_pressed ? isDown() : underMouse();
 
     QPainter painter(this);

@@ -43,7 +43,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    void _noteState();
+    void _emitIfChanged();
     [[nodiscard]] EIcon _iconIndex() const;
 
     Icons m_icons;

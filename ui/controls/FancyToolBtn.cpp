@@ -90,8 +90,8 @@ void FancyToolBtn::changeEvent(QEvent* event)
     QToolButton::changeEvent(event);
 }
 
-/// Whether it is drawn as under the pointer. While a mouse button is held the leave event waits
-/// for its release; the base class follows the pointer meanwhile. Keys press the button, too.
+/// Whether it is drawn as under the pointer, as it is while keys press it. The leave event waits
+/// until the mouse button is released; isDown() follows the pointer.
 bool FancyToolBtn::_isHot() const
 {
     return isEnabled() && (isDown() || (underMouse() && !m_pressed));

@@ -17,7 +17,7 @@
 
 /// An editor, QTextEdit or QLineEdit or derived from one, with a hint. While the hint is shown it
 /// stands in the editor as its text: readers ask userText(), writers call setUserText().
-/// The editor can have an example ("stored text"): focus-in shows it in place of the hint, and
+/// The editor can have an example: focus-in shows it in place of the hint, and
 /// focus-out takes it away again unless it was edited or accepted by leaveHint().
 template <typename Editor>
 class HintedEditT : public Editor
@@ -39,7 +39,7 @@ public:
     /// A hint being shown is replaced. The hint is the accessible name, too.
     void setHintText(const QString& hintText);
     /// Sets the example; one being shown is replaced.
-    void setStoredText(const QString& text);
+    void setExample(const QString& text);
 
     /// Takes a shown hint away, leaving the editor empty; makes a shown example the user's text.
     void leaveHint();
@@ -83,7 +83,7 @@ private:
     QPalette m_hintPalette;
     QColor m_mark;
     QString m_hintText;
-    QString m_storedText;
+    QString m_example;
     EContent m_content = EContent::usersText;
     bool m_replacing = false; ///< the text is changed from here
     bool m_composing = false; ///< an input method has more to come
@@ -157,9 +157,9 @@ void HintedEditT<Editor>::setHintText(const QString& hintText)
 }
 
 template <typename Editor>
-void HintedEditT<Editor>::setStoredText(const QString& text)
+void HintedEditT<Editor>::setExample(const QString& text)
 {
-    m_storedText = text;
+    m_example = text;
     if (!isExampleShown())
         return;
     _setContent(text.isEmpty() ? EContent::usersText : EContent::example);
@@ -199,9 +199,9 @@ template <typename Editor>
 void HintedEditT<Editor>::focusInEvent(QFocusEvent* event)
 {
     if (isHintShown()) {
-        _setContent(m_storedText.isEmpty() ? EContent::usersText : EContent::example);
-        _replaceText(m_storedText);
-        // However the focus came: typing takes the example's place.
+        _setContent(m_example.isEmpty() ? EContent::usersText : EContent::example);
+        _replaceText(m_example);
+        // Also after a click, so that typing takes the example's place.
         this->selectAll();
     }
     Editor::focusInEvent(event);

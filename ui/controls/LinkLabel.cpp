@@ -18,7 +18,7 @@ void LinkLabel::contextMenuEvent(QContextMenuEvent* event)
     event->accept();
 }
 
-// Otherwise a label takes one Tab for itself, with nothing to see, before one for its link.
+// A label takes the focus before its links do, and shows nothing of it: Tab goes on at once.
 void LinkLabel::focusInEvent(QFocusEvent* event)
 {
     QLabel::focusInEvent(event);

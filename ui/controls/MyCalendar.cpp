@@ -28,7 +28,7 @@ FancyToolBtn* makeButton(icons::EKnownIcon icon, QWidget* parent)
     return button;
 }
 
-void name(FancyToolBtn* button, const QString& text)
+void setName(FancyToolBtn* button, const QString& text)
 {
     button->setToolTip(text);
     button->setAccessibleName(text);
@@ -161,9 +161,9 @@ void MyCalendar::_reserveLabelWidth()
 
 void MyCalendar::_retranslate()
 {
-    name(m_prev, tr("Previous month"));
-    name(m_reset, tr("Reset to current date"));
-    name(m_next, tr("Next month"));
+    setName(m_prev, tr("Previous month"));
+    setName(m_reset, tr("Reset to current date"));
+    setName(m_next, tr("Next month"));
     _updateLabel();
     _reserveLabelWidth();
 }

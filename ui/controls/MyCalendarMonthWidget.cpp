@@ -3,6 +3,7 @@
 #include "app/base/Clock.h"
 #include "ui/controls/AccessibleFactory.h"
 #include "ui/controls/EmbossedText.h"
+#include "ui/controls/Outline.h"
 #include "ui/controls/StyleHelper.h"
 
 #include <QAccessibleWidget>
@@ -32,15 +33,6 @@ QString dayLetter(int weekDay)
 void drawText(QPainter& painter, const QRect& cell, const QString& text)
 {
     fancy::drawEmbossedText(painter, cell, text, fancy::color(fancy::TextDark).lighter(150));
-}
-
-/// A one-pixel line just inside of the cell. Filled, as a drawn one would have blurred corners.
-void drawOutline(QPainter& painter, const QRect& cell, const QColor& color)
-{
-    painter.fillRect(QRect(cell.left(), cell.top(), cell.width(), 1), color);
-    painter.fillRect(QRect(cell.left(), cell.bottom(), cell.width(), 1), color);
-    painter.fillRect(QRect(cell.left(), cell.top(), 1, cell.height()), color);
-    painter.fillRect(QRect(cell.right(), cell.top(), 1, cell.height()), color);
 }
 
 } // namespace
@@ -127,11 +119,11 @@ void MyCalendarMonthWidget::_drawDay(QPainter& painter, const QDate& day, const 
     const QRect cell = _cellOf(day);
     if (day == m_hovered) {
         painter.fillRect(cell, _cellColor(day));
-        drawOutline(painter, cell, fancy::color(fancy::TextDark).lighter(250));
+        fancy::drawOutline(painter, cell, fancy::color(fancy::TextDark).lighter(250));
     } else if (day == m_selected) {
         painter.fillRect(cell, _cellColor(day));
     } else if (day == today) {
-        drawOutline(painter, cell, Qt::white);
+        fancy::drawOutline(painter, cell, Qt::white);
     }
     drawText(painter, cell, QString::number(day.day()));
 }

@@ -42,7 +42,7 @@ PrefsDialog::PrefsDialog(QWidget* parent)
     : LocalizedDialog(parent)
     , m_canNotify(NotifyHelper().isAvailable())
 {
-    // For the whole program it would shut off trays of the older kind as well.
+    // Modal for the whole program it would block XEMBED trays.
     setWindowModality(Qt::WindowModal);
     m_tabs = new QTabWidget(this);
     m_tabs->setIconSize(tabIconSize);
@@ -135,7 +135,7 @@ void PrefsDialog::retranslateUI()
     setWindowTitle(tr("%1 Preferences").arg(ProductHelper::productDisplayName()));
     m_tabs->setTabText(0, tr("General"));
     m_notifications->setText(tr("Show notifications"));
-    // Nothing hinders the user from choosing before the desktop has what it takes.
+    // The box stays enabled: the desktop may learn to show them later.
     m_notifications->setToolTip(m_canNotify ? QString()
                                             : tr("This desktop shows no notifications"));
     m_runAtStartup->setText(tr("Run on system startup"));
@@ -169,12 +169,12 @@ void PrefsDialog::_openWindowStateChanged(int state)
 void PrefsDialog::_onLanguageChanged(int index)
 {
     m_isChanged = true;
-    // Kept now and not when the program ends: a language that was never available stays stored.
+    // Only a choice is stored: a stored language that is not available stays until there is one.
     if (Language::setLanguage(m_languageCodes.value(index)))
         Language::saveLanguageSettings();
 }
 
-/// The user has chosen what was shown already, though it was never stored.
+/// Choosing the entry that is shown changes no index, but the language may not be stored yet.
 void PrefsDialog::_onLanguageActivated(int index)
 {
     if (settings().uiLanguage != m_languageCodes.value(index))

@@ -1,6 +1,7 @@
 #include "ui/controls/TinyButton.h"
 
 #include "ui/controls/ButtonAccessible.h"
+#include "ui/controls/Outline.h"
 #include "ui/controls/StyleHelper.h"
 
 #include <QPainter>
@@ -37,8 +38,5 @@ void TinyButton::paintEvent(QPaintEvent* event)
     Q_UNUSED(event)
     QPainter painter(this);
     painter.drawPixmap(3, 3, m_pixmap);
-    // Filled, not stroked: sharp up to its corners at any scale.
-    const QColor frame = dynamic_singleton<fancy::StyleHelper>::inst().color(fancy::Frame);
-    for (const QRect& edge : QRegion(rect()) - rect().adjusted(1, 1, -1, -1))
-        painter.fillRect(edge, frame);
+    fancy::drawOutline(painter, rect(), fancy::color(fancy::Frame));
 }
