@@ -89,7 +89,7 @@ DateWidget::DateWidget(const QDateTime& value, QWidget* parent)
 
 DateWidget::~DateWidget()
 {
-    // It outlives this part of the object, and tells that it loses the focus.
+    // ~QWidget() destroys it: too late to be heard here losing the focus.
     m_edit->disconnect(this);
 }
 
