@@ -1,7 +1,7 @@
 #include "ui/TaskListAccessible.h"
 
 #include "app/core/TaskCore.h"
-#include "ui/TaskListWidget.h"
+#include "ui/TaskRowPanel.h"
 #include "ui/TaskWidget.h"
 #include "ui/controls/AccessibleFactory.h"
 
@@ -17,7 +17,7 @@ namespace {
 class TaskRowAccessible final : public QAccessibleInterface, public QAccessibleActionInterface
 {
 public:
-    TaskRowAccessible(TaskListWidget* list, const TodoTask::Id& id, qsizetype row)
+    TaskRowAccessible(TaskRowPanel* list, const TodoTask::Id& id, qsizetype row)
         : m_list(list)
         , m_id(id)
         , m_row(row)
@@ -138,7 +138,7 @@ private:
                                                                 : nullptr;
     }
 
-    QPointer<TaskListWidget> m_list;
+    QPointer<TaskRowPanel> m_list;
     TodoTask::Id m_id;
     mutable qsizetype m_row;
 };
@@ -147,7 +147,7 @@ private:
 class TaskListAccessible final : public QAccessibleWidget
 {
 public:
-    explicit TaskListAccessible(TaskListWidget* list)
+    explicit TaskListAccessible(TaskRowPanel* list)
         : QAccessibleWidget(list, QAccessible::List)
     {
     }
@@ -207,7 +207,7 @@ public:
     }
 
 private:
-    [[nodiscard]] TaskListWidget* _list() const { return static_cast<TaskListWidget*>(widget()); }
+    [[nodiscard]] TaskRowPanel* _list() const { return static_cast<TaskRowPanel*>(widget()); }
 
     void _forget()
     {
@@ -231,15 +231,15 @@ public:
     QAccessibleInterface* parent() const override
     {
         QObject* ancestor = object()->parent();
-        while (ancestor && !qobject_cast<TaskListWidget*>(ancestor))
+        while (ancestor && !qobject_cast<TaskRowPanel*>(ancestor))
             ancestor = ancestor->parent();
-        auto* list = qobject_cast<TaskListWidget*>(ancestor);
+        auto* list = qobject_cast<TaskRowPanel*>(ancestor);
         QAccessibleInterface* all = QAccessible::queryAccessibleInterface(list);
         return all ? all->child(static_cast<int>(list->rows().edited())) : nullptr;
     }
 };
 
-void announce(TaskListWidget* list, QAccessible::Event what, qsizetype row)
+void announce(TaskRowPanel* list, QAccessible::Event what, qsizetype row)
 {
     QAccessibleEvent event(list, what);
     event.setChild(static_cast<int>(row));
@@ -250,18 +250,18 @@ void announce(TaskListWidget* list, QAccessible::Event what, qsizetype row)
 
 void installTaskListAccessible()
 {
-    installAccessible<TaskListWidget, TaskListAccessible>();
+    installAccessible<TaskRowPanel, TaskListAccessible>();
     installAccessible<TaskWidget, TaskFormAccessible>();
 }
 
-void announceSelection(TaskListWidget* list)
+void announceSelection(TaskRowPanel* list)
 {
     announce(list, QAccessible::SelectionWithin, -1);
     if (list->hasFocus() && list->rows().isValid(list->currentIndex()))
         announce(list, QAccessible::Focus, list->currentIndex());
 }
 
-void announceRow(TaskListWidget* list, qsizetype row)
+void announceRow(TaskRowPanel* list, qsizetype row)
 {
     if (!list->rows().isValid(row))
         return;
@@ -273,7 +273,7 @@ void announceRow(TaskListWidget* list, qsizetype row)
     QAccessible::updateAccessibility(&event);
 }
 
-void announceRows(TaskListWidget* list)
+void announceRows(TaskRowPanel* list)
 {
     if (QAccessible::isActive()) {
         auto* all = QAccessible::queryAccessibleInterface(list);

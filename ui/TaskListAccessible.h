@@ -3,7 +3,7 @@
 
 #include "taskdb/TodoTask.h"
 
-class TaskListWidget;
+class TaskRowPanel;
 
 /// Has every task list describe itself as a list of all its tasks, those out of view included.
 /// Further calls do nothing.
@@ -12,8 +12,8 @@ void installTaskListAccessible();
 // Heard by whoever listens.
 
 /// The selection or the current row changed.
-void announceSelection(TaskListWidget* list);
+void announceSelection(TaskRowPanel* list);
 /// The name or the checked state of a row changed.
-void announceRow(TaskListWidget* list, qsizetype row);
+void announceRow(TaskRowPanel* list, qsizetype row);
 /// Rows have come or gone or changed places.
-void announceRows(TaskListWidget* list);
+void announceRows(TaskRowPanel* list);

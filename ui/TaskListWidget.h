@@ -36,8 +36,7 @@ public:
     void newTask();
     /// Starts editing the current row.
     void editTask();
-    /// Starts editing a row; nothing for one that does not exist.
-    void editRow(qsizetype row);
+    void editRow(qsizetype row) override;
     /// Files completed tasks under Completed and drops open tasks without any content.
     void cleanup();
     /// Deletes the selected tasks.
@@ -49,9 +48,6 @@ public:
     void stopEditing(TaskWidget* row, bool byReturn) override;
     void rowHeightChanged(TaskWidget* row) override;
     void showPartOfRow(TaskWidget* row, const QRect& part) override;
-
-    /// The anchor of selections by key and Shift; -1 for none.
-    [[nodiscard]] qsizetype currentIndex() const { return m_rows.current(); }
 
 Q_SIGNALS:
     /// A drag of this task has begun; the null identifier: it has ended.

@@ -20,6 +20,10 @@ public:
     explicit TaskRowPanel(QWidget* parent);
 
     [[nodiscard]] const TaskRows& rows() const { return m_rows; }
+    /// The anchor of selections by key and Shift; -1 for none.
+    [[nodiscard]] qsizetype currentIndex() const { return m_rows.current(); }
+    /// Starts editing a row; nothing for one that does not exist.
+    virtual void editRow(qsizetype row) = 0;
     /// The widget of a row, or null while it is out of view.
     [[nodiscard]] TaskWidget* rowWidget(qsizetype row) const;
     /// A row's place in the viewport, also of one out of view.

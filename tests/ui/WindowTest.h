@@ -9,6 +9,8 @@
 #include "tests/support/TemporaryHome.h"
 #include "ui/ActionsHelper.h"
 #include "ui/ElidedLabel.h"
+#include "ui/FocusGroupListWidget.h"
+#include "ui/FocusGroupWidget.h"
 #include "ui/MainWindow.h"
 #include "ui/TaskListWidget.h"
 #include "ui/TaskWidget.h"
@@ -30,6 +32,8 @@ protected:
 
     TaskStorage& store() { return *dynamic_singleton<TaskCore>::inst().storage(); }
     TaskListWidget& list() { return *m_window->taskList(); }
+    FocusGroupListWidget& panel() { return *m_window->groupList(); }
+    FocusGroupWidget* entry(qsizetype number) { return panel().entries().at(number); }
     TaskWidget* row(qsizetype number) { return list().rowWidget(number); }
     TodoTask task(qsizetype number) { return store().get(list().rows().idAt(number)); }
 
@@ -76,6 +80,15 @@ protected:
         QStringList names;
         for (qsizetype i = 0; i < list().rows().count(); ++i)
             names += row(i)->findChild<ElidedLabel*>()->text();
+        return names.join(u',');
+    }
+
+    /// The groups as the panel shows them.
+    QString groups()
+    {
+        QStringList names;
+        for (const FocusGroupWidget* one : panel().entries())
+            names += one->group().name();
         return names.join(u',');
     }
 

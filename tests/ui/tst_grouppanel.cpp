@@ -3,8 +3,6 @@
 #include "tests/ui/WindowTest.h"
 #include "ui/CountWidget.h"
 #include "ui/EditGroupDialog.h"
-#include "ui/FocusGroupListWidget.h"
-#include "ui/FocusGroupWidget.h"
 #include "ui/controls/Prompt.h"
 
 #include <QAccessible>
@@ -19,7 +17,7 @@ class GroupPanelTest : public WindowTest
     Q_OBJECT
 
 private:
-    FocusGroupListWidget& panel() { return *m_window->groupList(); }
+    using WindowTest::entry;
     FocusGroupWidget* entry(const QString& name)
     {
         for (FocusGroupWidget* one : panel().entries()) {
@@ -30,13 +28,6 @@ private:
     }
     FocusGroup::Id idOf(const QString& name) { return entry(name)->groupId(); }
     QString current() { return store().getGroup(panel().groupId()).name(); }
-    QString order()
-    {
-        QStringList names;
-        for (const FocusGroupWidget* one : panel().entries())
-            names += one->group().name();
-        return names.join(u',');
-    }
     QString counts(const QString& name)
     {
         const auto* bar = entry(name)->findChild<CountWidget*>();
@@ -181,7 +172,7 @@ private Q_SLOTS:
         fillDialog(u"New <b>one</b>"_s);
         QTest::mouseDClick(panel().viewport(), Qt::LeftButton, {},
                            {20, panel().viewport()->height() / 2});
-        QCOMPARE(order(), u"Inbox,Home,Work,New <b>one</b>,Completed,Trash"_s);
+        QCOMPARE(groups(), u"Inbox,Home,Work,New <b>one</b>,Completed,Trash"_s);
         QCOMPARE(current(), u"New <b>one</b>"_s);
         QCOMPARE(list().groupId(), panel().groupId());
 
@@ -202,7 +193,7 @@ private Q_SLOTS:
         list().newTask();
         answer = QMessageBox::Yes;
         panel()._onRemoveGroup();
-        QCOMPARE(order(), u"Inbox,Work,Completed,Trash"_s);
+        QCOMPARE(groups(), u"Inbox,Work,Completed,Trash"_s);
         QTRY_COMPARE(counts(u"Trash"_s), u"1,0,0"_s);
         panel()._onRemoveGroup();
         QCOMPARE(current(), u"Inbox"_s);

@@ -1,8 +1,6 @@
 // The window as a user works with it, by mouse and keyboard, on a real store.
 
 #include "tests/ui/WindowTest.h"
-#include "ui/FocusGroupListWidget.h"
-#include "ui/FocusGroupWidget.h"
 #include "ui/Toolbar.h"
 #include "ui/controls/FancySplitter.h"
 #include "ui/controls/FancyToolBtn.h"
@@ -54,7 +52,7 @@ private Q_SLOTS:
         QTest::newRow("click") << Act(
             [this] { QTest::mouseClick(list().viewport(), Qt::LeftButton, {}, emptySpace()); });
         QTest::newRow("group") << Act(
-            [this] { m_window->groupList()->setCurrentGroup(TaskStorage::ms_completedId); });
+            [this] { panel().setCurrentGroup(TaskStorage::ms_completedId); });
         QTest::newRow("cleanup") << Act([this] { list().cleanup(); });
         QTest::newRow("close") << Act([this] { m_window.reset(); });
         QTest::newRow("close, the only task") << Act([this] {
@@ -218,18 +216,17 @@ private Q_SLOTS:
 
     void groupsSwitchTheList()
     {
-        FocusGroupListWidget& panel = *m_window->groupList();
         auto& actions = dynamic_singleton<ActionsHelper>::inst();
         addTasks({u"in trash"_s}, TaskStorage::ms_trashId);
-        FocusGroupWidget* trash = panel.entries().last();
+        FocusGroupWidget* trash = entry(2);
         QTest::mouseClick(trash, Qt::LeftButton);
-        QVERIFY(trash->selected() && !panel.entries().first()->selected());
+        QVERIFY(trash->selected() && !entry(0)->selected());
         QCOMPARE(shown(), u"in trash"_s);
         QVERIFY(!actions.newTask()->isEnabled() && !actions.cleanup()->isEnabled());
         // The keys stay with the list, also after a click on the current group.
         QTest::mouseClick(trash, Qt::LeftButton);
         QVERIFY(listHasFocus());
-        QTest::mouseClick(panel.entries().first(), Qt::LeftButton);
+        QTest::mouseClick(entry(0), Qt::LeftButton);
         QVERIFY(actions.newTask()->isEnabled() && actions.cleanup()->isEnabled());
     }
 
@@ -261,7 +258,7 @@ private Q_SLOTS:
     void viewSwitches()
     {
         QAction* toggle = dynamic_singleton<ActionsHelper>::inst().switchView();
-        QVERIFY(m_window->groupList()->isVisible());
+        QVERIFY(panel().isVisible());
         QCOMPARE(toggle->text(), u"Compact"_s);
         const QWidget* button =
             m_window->findChild<Toolbar*>()->findChildren<FancyToolBtn*>().last();
@@ -270,7 +267,7 @@ private Q_SLOTS:
         toggle->trigger();
         QVERIFY(settings().compactView);
         QTRY_COMPARE(toggle->text(), u"Normal"_s);
-        QVERIFY(!m_window->groupList()->isVisible());
+        QVERIFY(!panel().isVisible());
         QCOMPARE(list().width(), m_window->width() - 1);
         QCOMPARE(button->width(), buttonWidth);
         // Switched again before the animation has ended.
@@ -278,13 +275,13 @@ private Q_SLOTS:
         toggle->trigger();
         toggle->trigger();
         QTRY_COMPARE(toggle->text(), u"Compact"_s);
-        QCOMPARE(m_window->groupList()->width(), 240);
+        QCOMPARE(panel().width(), 240);
         QCOMPARE(list().width(), m_window->width() - 241);
     }
 
     void panelWidthDraggedInNormalIsSaved()
     {
-        const int from = m_window->groupList()->width();
+        const int from = panel().width();
         QWindow* window = m_window->windowHandle();
         QTest::mousePress(window, Qt::LeftButton, {}, {from, 100});
         QTest::mouseMove(window, {from + 33, 100});
@@ -293,7 +290,7 @@ private Q_SLOTS:
         QCOMPARE(settings().groupPanelWidth, from + 33);
         m_window = std::make_unique<MainWindow>();
         m_window->show();
-        QCOMPARE(m_window->groupList()->width(), from + 33);
+        QCOMPARE(panel().width(), from + 33);
     }
 
     void everythingStaysInReachInANarrowWindow()
@@ -309,7 +306,7 @@ private Q_SLOTS:
         }
         // Wide again, the panel is what it was.
         m_window->resize(800, 300);
-        QCOMPARE(m_window->groupList()->width(), 600);
+        QCOMPARE(panel().width(), 600);
     }
 
     void whatTheFileSaysIsShownInRangeAndKept()
@@ -321,7 +318,7 @@ private Q_SLOTS:
             settings().groupPanelWidth = stored;
             m_window = std::make_unique<MainWindow>();
             m_window->show();
-            QCOMPARE(m_window->groupList()->width(), shown);
+            QCOMPARE(panel().width(), shown);
             m_window.reset();
             QCOMPARE(settings().mainWindowFrame, narrow);
             QCOMPARE(settings().groupPanelWidth, stored);
@@ -333,7 +330,7 @@ private Q_SLOTS:
     {
         for (int i = 0; i < 20000; ++i)
             store().createTask(TaskStorage::ms_completedId);
-        m_window->groupList()->setCurrentGroup(TaskStorage::ms_completedId);
+        panel().setCurrentGroup(TaskStorage::ms_completedId);
         key(Qt::Key_Up);
         QCOMPARE(list().currentIndex(), 19999);
         QVERIFY(list().viewport()->rect().contains(middleOf(19999)));

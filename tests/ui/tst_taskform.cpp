@@ -38,22 +38,6 @@ private:
     }
 
 private Q_SLOTS:
-    /// Without any hint getting into the store.
-    void tabWalksTheFields()
-    {
-        editNew();
-        const qint32 before = store().modification();
-        QVERIFY(name()->hasFocus());
-        key(Qt::Key_Tab);
-        QVERIFY(notes()->hasFocus());
-        key(Qt::Key_Tab);
-        QVERIFY(dateField()->hasFocus());
-        key(Qt::Key_Backtab, Qt::ShiftModifier);
-        QVERIFY(notes()->hasFocus());
-        QVERIFY(row(0)->isEditing());
-        QCOMPARE(store().modification(), before);
-    }
-
     void notesAreStoredAtEveryKeyAndGrow()
     {
         editNew();
@@ -82,8 +66,14 @@ private Q_SLOTS:
         edit(0);
         QCOMPARE(notes()->toPlainText(), u"keep\nme"_s);
         QCOMPARE(dueDate()->getValue().date(), QDate(2013, 4, 3));
-        for (int i = 0; i < 4; ++i)
+        QVERIFY(name()->hasFocus());
+        for (QWidget* field : {static_cast<QWidget*>(notes()), dateField()}) {
             key(Qt::Key_Tab);
+            QVERIFY(field->hasFocus());
+        }
+        key(Qt::Key_Tab);
+        key(Qt::Key_Backtab, Qt::ShiftModifier);
+        QVERIFY(dateField()->hasFocus());
         key(Qt::Key_Escape);
         QCOMPARE(store().modification(), before);
         QCOMPARE(task(0).notes(), u"keep\r\nme"_s);
