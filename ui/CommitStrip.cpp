@@ -87,7 +87,7 @@ CommitStrip::CommitStrip(QWidget* parent)
     m_buttons = new QHBoxLayout;
     m_buttons->setSpacing(gap);
     for (QPushButton* button : {m_tryButton, m_copyButton}) {
-        // A click is not to end the edit of a task, nor Return in the list to press it.
+        // A click must not take the focus from a task's form, nor Return in the list press it.
         button->setFocusPolicy(Qt::TabFocus);
         button->setAutoDefault(false);
         m_buttons->addWidget(button);
@@ -113,7 +113,7 @@ void CommitStrip::retranslateUI()
     const QString latest = tr("Last tried at %1.").arg(withSeconds(m_failure.latest));
     m_label->setText(u"<b>"_s + _headline().toHtmlEscaped() + u"</b><br>"_s +
                      _reason().toHtmlEscaped() + u' ' + latest.toHtmlEscaped());
-    // Begins with what matters: the rest is cut.
+    // The cause comes first: where there is no room, the end is cut.
     m_shortLabel->setText(tr("Not saved!") + u' ' + _reason() + u' ' + _headline());
     setAccessibleName(_headline() + u' ' + _reason());
     _arrange();

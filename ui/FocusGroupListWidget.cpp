@@ -88,7 +88,6 @@ void FocusGroupListWidget::_loadGroups()
     _numberEntries();
 }
 
-/// In the store's order.
 void FocusGroupListWidget::_addCustomGroups()
 {
     QList<FocusGroup::Id> ids;
@@ -113,7 +112,7 @@ FocusGroupWidget* FocusGroupListWidget::_addEntry(const FocusGroup::Id& id, QVBo
 {
     auto* entry = new FocusGroupWidget(id, this);
     layout->addWidget(entry);
-    // A layout shows what it was given only later, and leaves out what is hidden.
+    // A layout shows a new widget at the next event only, and gives no room to hidden ones.
     entry->show();
     m_entries.append(entry);
     m_byId.insert(id, entry);
@@ -194,7 +193,7 @@ void FocusGroupListWidget::paintEvent(QPaintEvent* event)
     ScrollPanel::paintEvent(event);
     if (std::exchange(m_painted, true))
         return;
-    // The window is there first; the numbers come a moment later.
+    // Counting waits until the window has been painted.
     _scheduleUpdate();
 }
 
@@ -272,7 +271,7 @@ void FocusGroupListWidget::_startDrag(FocusGroupWidget* entry)
         return;
     if (moved)
         refresh();
-    // The drag swallowed the release.
+    // The release of the button went to the drag.
     m_leftDown = false;
 }
 
@@ -416,10 +415,10 @@ void FocusGroupListWidget::_onRemoveGroup()
         return;
     if (FocusGroupWidget* entry = m_byId.value(id))
         _removeEntry(entry);
-    // First, so that an edit in the group ends in the group.
+    // The list leaves the group before it goes: a running edit still finds its task there.
     setCurrentGroup(TaskStorage::ms_inboxId);
     taskStorage().removeGroup(id);
-    // Nobody tells that the Trash has its tasks now.
+    // The store emits nothing for the Trash, which received the group's tasks.
     _scheduleUpdate();
     _numberEntries();
 }
@@ -490,7 +489,7 @@ void FocusGroupListWidget::_scheduleUpdate()
 void FocusGroupListWidget::_updateEntries()
 {
     m_updatePending = false;
-    // Tasks that end up in the Trash are told of by the group they left only.
+    // The store emits nothing for the Trash when it receives tasks.
     FocusGroupWidget* trash = m_byId.value(TaskStorage::ms_trashId);
     if (trash->hasOtherSize())
         trash->invalidate();

@@ -207,7 +207,7 @@ void MainWindow::retranslateUI()
     if (m_trayIcon)
         m_trayIcon->retranslateUI();
     dynamic_singleton<ActionsHelper>::inst().retranslateUI();
-    // The keys that belong to no button or entry are told of where there is none.
+    // Keys without a button or an entry are mentioned by the tool tips of the areas between these.
     m_groupList->viewport()->setToolTip(tr("Previous and next group: %1, %2")
                                             .arg(shortcuts::textOf(shortcuts::previousGroup),
                                                  shortcuts::textOf(shortcuts::nextGroup)));

@@ -199,7 +199,7 @@ public:
         return state;
     }
 
-    /// Rows have gone: what described them goes too.
+    /// Rows have gone. Their interfaces are dropped once they outnumber those in use.
     void forgetGone()
     {
         if (m_rows.size() > 2 * childCount() + 100)

@@ -47,7 +47,7 @@ TaskListWidget::TaskListWidget(const FocusGroup::Id& groupId, QWidget* parent)
 
 TaskListWidget::~TaskListWidget()
 {
-    // Nothing can be shown any more: only the store is put in order.
+    // No row is shown any more: only the store is put in order.
     if (!m_edited)
         return;
     m_edited->disconnectEdits();
@@ -382,7 +382,7 @@ void TaskListWidget::mouseReleaseEvent(QMouseEvent* event)
     }
     m_mayDrag = false;
     _holdRow(-1);
-    // One whose press went elsewhere, or the second of a double click, selects nothing.
+    // After a press elsewhere, and as the second of a double click, a release selects nothing.
     if (!std::exchange(m_leftDown, false))
         return;
     const qsizetype row = _clickedRow(event->position().toPoint());
@@ -440,7 +440,7 @@ void TaskListWidget::keyPressEvent(QKeyEvent* event)
         _onReturn(shift);
         break;
     case Qt::Key_Enter:
-        // It ends editing in the name field as Return does, but starts nothing here.
+        // Ends an edit as Return does, but never starts one.
         m_endedByReturn = false;
         TaskRowPanel::keyPressEvent(event);
         break;
@@ -461,7 +461,7 @@ void TaskListWidget::keyPressEvent(QKeyEvent* event)
 
 void TaskListWidget::_onReturn(bool shift)
 {
-    // The Return that ended an edit comes by here as well.
+    // The name field lets the Return that ended an edit pass on to the list.
     const bool endedByThis = std::exchange(m_endedByReturn, false);
     if (m_edited || endedByThis || !m_rows.isValid(m_rows.current()))
         return;
@@ -474,7 +474,7 @@ void TaskListWidget::_onReturn(bool shift)
 void TaskListWidget::_onTaskChanged(const TodoTask::Id& id)
 {
     const qsizetype row = _reloadRow(id);
-    // What is typed in the form tells of itself.
+    // The form's fields announce what is typed in them.
     if (row != m_rows.edited())
         announceRow(this, row);
 }
@@ -560,7 +560,7 @@ void TaskListWidget::_finishDrag(bool movedAway)
         _clearSelection();
     }
     Q_EMIT highlightGroups({});
-    // The drag swallowed the release.
+    // The release of the button went to the drag.
     m_mayDrag = false;
     m_leftDown = false;
     _holdRow(-1);

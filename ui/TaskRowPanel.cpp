@@ -86,8 +86,8 @@ void TaskRowPanel::_layoutRows()
     _placeFiller();
 }
 
-/// Gives every row in view a widget and takes the others back. Doing so can scroll: then it is
-/// done again, and not within itself.
+/// Gives every row in view a widget and takes the others back. Placing a row may scroll the list
+/// and so ask for another round, which runs after this one instead of within it.
 void TaskRowPanel::_syncRows()
 {
     m_syncAgain = true;
@@ -394,7 +394,7 @@ void TaskRowPanel::scrollContentsBy(int dx, int dy)
     _syncRows();
 }
 
-/// The form walks its own fields and shows them; looking for others must not scroll.
+/// Without the scroll area's own scrolling to the next field: the form shows its fields itself.
 bool TaskRowPanel::focusNextPrevChild(bool next)
 {
     return QAbstractScrollArea::focusNextPrevChild(next);

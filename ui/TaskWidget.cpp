@@ -147,7 +147,7 @@ QWidget* TaskWidget::_pictureLabel(const QString& picture) const
     return label;
 }
 
-/// Whatever the editors still have to say is no longer heard.
+/// From here on the row ignores what the editors signal.
 void TaskWidget::disconnectEdits()
 {
     for (QObject* editor :

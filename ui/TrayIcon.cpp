@@ -22,7 +22,7 @@
 using namespace std::chrono_literals;
 
 namespace {
-/// What the check needs takes processors that the first picture of the window wants.
+/// So that the check does not compete with the window's first frame for processor time.
 constexpr auto checkDelay = 500ms;
 } // namespace
 
