@@ -241,35 +241,17 @@ private Q_SLOTS:
         QVERIFY(row(2)->isEditing());
     }
 
-    void comingBackToTheWindowGoesOnTyping()
-    {
-        list().newTask();
-        keys(u"half of"_s);
-        QWidget other;
-        other.show();
-        other.activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(&other));
-        m_window->activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
-        keys(u" it"_s);
-        QCOMPARE(inbox(), u"half of it"_s);
-    }
-
     void viewSwitches()
     {
         QAction* toggle = dynamic_singleton<ActionsHelper>::inst().switchView();
         QVERIFY(panel().isVisible());
         QCOMPARE(toggle->text(), u"Compact"_s);
-        const QWidget* button =
-            m_window->findChild<Toolbar*>()->findChildren<FancyToolBtn*>().last();
-        const int buttonWidth = button->width();
         m_window->findChild<FancySplitter*>()->setHandlePos(240);
         toggle->trigger();
         QVERIFY(settings().compactView);
         QTRY_COMPARE(toggle->text(), u"Normal"_s);
         QVERIFY(!panel().isVisible());
         QCOMPARE(list().width(), m_window->width() - 1);
-        QCOMPARE(button->width(), buttonWidth);
         // Switched again before the animation has ended.
         toggle->trigger();
         toggle->trigger();
@@ -338,12 +320,10 @@ private Q_SLOTS:
         for (int step = 0; step <= 20; ++step) {
             bar->setValue(bar->maximum() / 20 * step);
             // Wherever the list is scrolled to, rows fill it from top to bottom.
-            int covered = 0;
-            for (const auto* widget : list().findChildren<TaskWidget*>()) {
-                if (widget->isVisible())
-                    covered += widget->visibleRegion().boundingRect().height() + 1;
+            for (int y = 0; y < list().viewport()->height(); y += 5) {
+                if (list().rowAt({50, y}) >= 0)
+                    QVERIFY(list().viewport()->childAt(50, y) != list().widget());
             }
-            QVERIFY(covered >= list().viewport()->height() - 2 * TaskRows::margin);
         }
         QVERIFY(list().findChildren<TaskWidget*>().size() < 60);
     }
