@@ -5,7 +5,7 @@
 #include <atomic>
 #include <cerrno>
 #include <cstdio>
-#include <cstring>
+#include <map>
 #include <mutex>
 #include <string>
 #include <sys/syscall.h>
@@ -15,108 +15,76 @@ namespace {
 
 struct Fault
 {
-    const char* call;
     int error = 0;
     int times = 0;
     qint64 room = 0;
     std::string pathPart{};
-
-    bool concerns(const char* path) const
-    {
-        return times != 0 && std::strstr(path, pathPart.c_str()) != nullptr;
-    }
-    int hit()
-    {
-        if (times > 0)
-            --times;
-        return error;
-    }
 };
 
 // Calls come before these are made and after they are gone: only an armed seam looks at them.
 std::atomic<bool> armed{false};
 std::atomic<int> failed{0};
 std::mutex mutex;
-std::array<Fault, 6> faults{Fault{"write"}, Fault{"fdatasync"}, Fault{"fsync"},
-                            Fault{"link"},  Fault{"rename"},    Fault{"renameat2"}};
+std::map<std::string, Fault> faults;
 
-Fault& faultOf(const char* call)
-{
-    const auto found = std::find_if(faults.begin(), faults.end(), [call](const Fault& fault) {
-        return std::strcmp(fault.call, call) == 0;
-    });
-    if (found == faults.end())
-        qFatal("no such fault: %s", call);
-    return *found;
-}
-
-void request(const char* call, int error, const char* pathPart, int times, qint64 room)
+void request(const char* call, const Fault& fault)
 {
     const std::scoped_lock lock(mutex);
-    Fault& fault = faultOf(call);
-    fault.error = error;
-    fault.times = times;
-    fault.room = room;
-    fault.pathPart = pathPart;
+    faults[call] = fault;
     armed = true;
 }
 
 std::string pathOf(int descriptor)
 {
-    const std::string link = "/proc/self/fd/" + std::to_string(descriptor);
     std::array<char, 4096> path{};
-    const ssize_t size = ::readlink(link.c_str(), path.data(), path.size() - 1);
-    return size > 0 ? std::string(path.data()) : std::string();
+    const std::string link = "/proc/self/fd/" + std::to_string(descriptor);
+    return ::readlink(link.c_str(), path.data(), path.size() - 1) > 0 ? path.data() : "";
 }
 
-/// The error that the call is to fail with, 0 for none.
-int errorFor(const char* call, const char* path, const char* otherPath = "")
+/// Whether the call is to fail, with the reason in errno. A write of `size` bytes is cut to what
+/// there is room for.
+bool fails(const char* call, const std::string& paths, size_t* size = nullptr)
 {
-    if (!armed)
-        return 0;
     const std::scoped_lock lock(mutex);
-    Fault& fault = faultOf(call);
-    if (!fault.concerns(path) && !fault.concerns(otherPath))
-        return 0;
-    ++failed;
-    return fault.hit();
-}
-
-/// The same for a write of `size` bytes, which is cut to what there is room for.
-int errorForWrite(int descriptor, size_t& size)
-{
-    if (!armed)
-        return 0;
-    const std::string path = pathOf(descriptor);
-    const std::scoped_lock lock(mutex);
-    Fault& fault = faultOf("write");
-    if (size == 0 || !fault.concerns(path.c_str()))
-        return 0;
-    if (fault.room > 0) {
-        size = std::min(size, static_cast<size_t>(fault.room));
-        fault.room -= static_cast<qint64>(size);
-        return 0;
+    Fault& fault = faults[call];
+    if (fault.times == 0 || paths.find(fault.pathPart) == std::string::npos)
+        return false;
+    if (size && fault.room > 0) {
+        *size = std::min(*size, static_cast<size_t>(fault.room));
+        fault.room -= static_cast<qint64>(*size);
+        return false;
     }
     ++failed;
-    return fault.hit();
+    fault.times -= fault.times > 0 ? 1 : 0;
+    errno = fault.error;
+    return true;
 }
 
-int failWith(int error)
+bool renameFails(const char* call, const char* from, const char* to)
 {
-    errno = error;
-    return -1;
+    return armed && fails(call, std::string(from) + '\n' + to);
+}
+
+bool syncFails(const char* call, int descriptor)
+{
+    return armed && fails(call, pathOf(descriptor));
+}
+
+int asInt(long result)
+{
+    return static_cast<int>(result);
 }
 
 } // namespace
 
 void DiskFaults::failWritesAfter(qint64 bytes, int error, const char* pathPart, int times)
 {
-    request("write", error, pathPart, times, bytes);
+    request("write", {error, times, bytes, pathPart});
 }
 
 void DiskFaults::failNext(const char* call, int error, const char* pathPart, int times)
 {
-    request(call, error, pathPart, times, 0);
+    request(call, {error, times, 0, pathPart});
 }
 
 void DiskFaults::reset()
@@ -124,8 +92,7 @@ void DiskFaults::reset()
     const std::scoped_lock lock(mutex);
     armed = false;
     failed = 0;
-    for (Fault& fault : faults)
-        fault.times = 0;
+    faults.clear();
 }
 
 int DiskFaults::failures()
@@ -138,41 +105,37 @@ extern "C" {
 
 ssize_t write(int descriptor, const void* data, size_t size)
 {
-    const int error = errorForWrite(descriptor, size);
-    return error != 0 ? failWith(error) : ::syscall(SYS_write, descriptor, data, size);
+    if (armed && size > 0 && fails("write", pathOf(descriptor), &size))
+        return -1;
+    return ::syscall(SYS_write, descriptor, data, size);
 }
 
 int fdatasync(int descriptor)
 {
-    const int error = armed ? errorFor("fdatasync", pathOf(descriptor).c_str()) : 0;
-    return error != 0 ? failWith(error) : static_cast<int>(::syscall(SYS_fdatasync, descriptor));
+    return syncFails("fdatasync", descriptor) ? -1 : asInt(::syscall(SYS_fdatasync, descriptor));
 }
 
 int fsync(int descriptor)
 {
-    const int error = armed ? errorFor("fsync", pathOf(descriptor).c_str()) : 0;
-    return error != 0 ? failWith(error) : static_cast<int>(::syscall(SYS_fsync, descriptor));
+    return syncFails("fsync", descriptor) ? -1 : asInt(::syscall(SYS_fsync, descriptor));
 }
 
 int link(const char* from, const char* to) noexcept
 {
-    const int error = errorFor("link", from, to);
-    return error != 0 ? failWith(error) : static_cast<int>(::syscall(SYS_link, from, to));
+    return renameFails("link", from, to) ? -1 : asInt(::syscall(SYS_link, from, to));
 }
 
 int rename(const char* from, const char* to) noexcept
 {
-    const int error = errorFor("rename", from, to);
-    return error != 0 ? failWith(error) : static_cast<int>(::syscall(SYS_rename, from, to));
+    return renameFails("rename", from, to) ? -1 : asInt(::syscall(SYS_rename, from, to));
 }
 
 int renameat2(int fromFolder, const char* from, int toFolder, const char* to,
               unsigned flags) noexcept
 {
-    const int error = errorFor("renameat2", from, to);
-    return error != 0
-               ? failWith(error)
-               : static_cast<int>(::syscall(SYS_renameat2, fromFolder, from, toFolder, to, flags));
+    if (renameFails("renameat2", from, to))
+        return -1;
+    return asInt(::syscall(SYS_renameat2, fromFolder, from, toFolder, to, flags));
 }
 
 } // extern "C"

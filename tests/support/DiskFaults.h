@@ -4,8 +4,9 @@
 #include <QtGlobal>
 
 /// Stands before the system's write, fdatasync, fsync, link, rename and renameat2 in this process,
-/// also where Qt calls them. Without a request everything goes through. A request concerns the files whose
-/// path contains `pathPart`, a rename or link with such a path at either end. Any thread.
+/// also where Qt calls them. Without a request everything goes through. A request concerns the
+/// files whose path contains `pathPart`, a rename or link with such a path at either end. Any
+/// thread.
 class DiskFaults
 {
 public:

@@ -2,15 +2,16 @@
 
 #include "app/base/LogHelper.h"
 
-#include <QFile>
 #include <QRegularExpression>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
 
 LogWatch::LogWatch()
+    : m_file(m_dir.filePath(u"log.txt"_s))
 {
-    if (!dynamic_singleton<logging::LogHelper>::inst().init(path()))
+    if (!dynamic_singleton<logging::LogHelper>::inst().init(m_file.fileName()) ||
+        !m_file.open(QIODevice::ReadOnly))
         qFatal("the log could not be opened");
 }
 
@@ -23,31 +24,10 @@ LogWatch::~LogWatch()
     dynamic_singleton<logging::LogHelper>::destroy();
 }
 
-QString LogWatch::path() const
-{
-    return m_dir.filePath(u"log.txt"_s);
-}
-
-QStringList LogWatch::takeRaw()
-{
-    dynamic_singleton<logging::LogHelper>::inst().flush();
-    QFile file(path());
-    if (!file.open(QIODevice::ReadOnly))
-        return {u"the log is gone"_s};
-    file.seek(m_read);
-    const QString text = QString::fromUtf8(file.readAll());
-    m_read = file.pos();
-    return text.split(u'\n', Qt::SkipEmptyParts);
-}
-
 QStringList LogWatch::take()
 {
-    static const QRegularExpression frame(u"^(\\w+) +\\S+ +.*?,\\d+: (.*)$"_s);
-    QStringList lines = takeRaw();
-    for (QString& line : lines) {
-        const QRegularExpressionMatch match = frame.match(line);
-        if (match.hasMatch())
-            line = match.captured(1) + u' ' + match.captured(2);
-    }
-    return lines;
+    static const QRegularExpression frame(u"^(\\w+) +\\S+ +.*?,\\d+: "_s);
+    dynamic_singleton<logging::LogHelper>::inst().flush();
+    QStringList lines = QString::fromUtf8(m_file.readAll()).split(u'\n', Qt::SkipEmptyParts);
+    return lines.replaceInStrings(frame, u"\\1 "_s);
 }

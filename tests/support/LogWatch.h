@@ -1,6 +1,7 @@
 // The program's log, caught by a test.
 #pragma once
 
+#include <QFile>
 #include <QStringList>
 #include <QTemporaryDir>
 
@@ -15,11 +16,8 @@ public:
 
     /// The lines since the last call, as "Severity message", without time and source location.
     [[nodiscard]] QStringList take();
-    /// The same lines as they stand in the file.
-    [[nodiscard]] QStringList takeRaw();
-    [[nodiscard]] QString path() const;
 
 private:
     QTemporaryDir m_dir;
-    qint64 m_read = 0;
+    QFile m_file;
 };

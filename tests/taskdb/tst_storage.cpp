@@ -8,6 +8,7 @@
 
 #include <QTest>
 
+#include <algorithm>
 #include <functional>
 #include <limits>
 
@@ -15,49 +16,34 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A store with known content, and what it told while an operation ran.
-///   Inbox: a, b   Home: b, c   Work: c   Completed: d   Trash: e   nowhere: f
+/// A store with known content, what it told, and operations on it in words.
 struct Fixture
 {
     StoreBuilder builder;
     TaskStorage& store = builder.store;
-    const FocusGroup::Id inbox = TaskStorage::ms_inboxId;
-    const FocusGroup::Id completed = TaskStorage::ms_completedId;
-    const FocusGroup::Id trash = TaskStorage::ms_trashId;
-    const FocusGroup::Id home = store.createGroup(u"Home"_s, u"home"_s);
-    const FocusGroup::Id work = store.createGroup(u"Work"_s, {});
-    const FocusGroup::Id nobody = QUuid::createUuid();
-    const TodoTask::Id a = builder.task(inbox, u"a"_s);
-    const TodoTask::Id b = builder.task(inbox, u"b"_s);
-    const TodoTask::Id c = builder.task(home, u"c"_s);
-    const TodoTask::Id d = builder.task(completed, u"d"_s);
-    const TodoTask::Id e = builder.task(trash, u"e"_s);
-    const TodoTask::Id f = builder.task(home, u"f"_s);
-    const TodoTask::Id unknown = QUuid::createUuid();
+    QHash<QString, QUuid> ids{{u"Inbox"_s, TaskStorage::ms_inboxId},
+                              {u"Completed"_s, TaskStorage::ms_completedId},
+                              {u"Trash"_s, TaskStorage::ms_trashId},
+                              {u"unknown"_s, QUuid::createUuid()}};
     QStringList told;
     QObject listener;
 
     Fixture()
     {
-        store.removeTask(home, f, true);
-        store.moveTasks(home, home, {c});
-        store.addTasks(home, {b});
-        store.reorderTasks(home, c, true, {b});
-        store.addTask(work, c);
+        // The task f is in no group.
+        for (const char* operation :
+             {"createGroup Home", "createGroup Work", "create Inbox a", "create Inbox b",
+              "create Home f", "remove Home f skipping", "add Home b", "create Home c",
+              "add Work c", "create Completed d", "create Trash e"})
+            run(QString::fromLatin1(operation));
         QObject::connect(&store, &TaskStorage::taskChanged, &listener,
-                         [this](const TodoTask::Id& id) { told += u"task "_s + nameOf(id); });
+                         [this](const QUuid& id) { told += u"task "_s + store.get(id).name(); });
         QObject::connect(&store, &TaskStorage::groupChanged, &listener,
-                         [this](const FocusGroup::Id& id) { told += groupNameOf(id); });
+                         [this](const QUuid& id) { told += store.getGroup(id).name(); });
     }
 
-    [[nodiscard]] QString nameOf(const TodoTask::Id& id) const { return store.get(id).name(); }
-    [[nodiscard]] QString groupNameOf(const FocusGroup::Id& id) const
-    {
-        return store.getGroup(id).name();
-    }
-
-    /// The content as "Inbox:a,b Completed:d …" in the order of the groups.
-    [[nodiscard]] QString content() const
+    /// The content as "Inbox:a,b", "Completed:d" and so on, in the order of the groups.
+    [[nodiscard]] QStringList content() const
     {
         QList<FocusGroup::Id> groups;
         store.enumGroups(groups);
@@ -65,20 +51,51 @@ struct Fixture
         for (const FocusGroup::Id& id : groups) {
             QStringList names;
             for (const TodoTask::Id& task : builder.members(id))
-                names += nameOf(task);
-            parts += groupNameOf(id) + u':' + names.join(u',');
+                names += store.get(task).name();
+            parts += store.getGroup(id).name() + u':' + names.join(u',');
         }
-        return parts.join(u' ');
+        return parts;
+    }
+
+    /// Names that stand for nothing are null identifiers.
+    void run(const QString& operation)
+    {
+        const QStringList words = operation.split(u' ');
+        const QString name = words.value(2);
+        const QUuid first = ids.value(words.value(1));
+        const QUuid second = ids.value(name);
+        const auto from = [&](qsizetype position) {
+            QList<QUuid> list;
+            for (const QString& word : words.mid(position))
+                list += ids.value(word);
+            return list;
+        };
+        const QDateTime due = name.isEmpty() ? QDateTime() : Clock::now();
+        const QHash<QString, std::function<void()>> operations{
+            {u"create"_s, [&] { ids.insert(name, builder.task(first, name)); }},
+            {u"rename"_s, [&] { store.renameTask(first, name); }},
+            {u"notes"_s, [&] { store.attachNotesToTask(first, name); }},
+            {u"due"_s, [&] { store.setTaskDueTime(first, due); }},
+            {u"complete"_s, [&] { store.completeTask(first, !name.isEmpty(), due); }},
+            {u"add"_s, [&] { store.addTask(first, second); }},
+            {u"addTasks"_s, [&] { store.addTasks(first, from(2)); }},
+            {u"remove"_s, [&] { store.removeTask(first, second, words.size() > 3); }},
+            {u"move"_s, [&] { store.moveTasks(first, second, from(3)); }},
+            {u"reorder"_s, [&] { store.reorderTasks(first, second, true, from(3)); }},
+            {u"emptyTrash"_s, [&] { store.emptyTrash(); }},
+            {u"createGroup"_s,
+             [&] { ids.insert(words.value(1), store.createGroup(words.value(1), {})); }},
+            {u"renameGroup"_s, [&] { store.renameGroup(first, name); }},
+            {u"icon"_s, [&] { store.setGroupIcon(first, name); }},
+            {u"removeGroup"_s, [&] { store.removeGroup(first); }},
+            {u"place"_s, [&] { store.moveGroup(second, first); }},
+            {u"position"_s, [&] { store.moveGroup(name.toInt(), first); }},
+        };
+        operations.value(words.first())();
     }
 };
 
-using Operation = std::function<void(Fixture&)>;
-
-const QString unchanged = u"Inbox:a,b Completed:d Trash:e Home:b,c Work:c"_s;
-
 } // namespace
-
-Q_DECLARE_METATYPE(Operation)
 
 class StorageTest : public QObject
 {
@@ -87,175 +104,93 @@ class StorageTest : public QObject
 private Q_SLOTS:
     void operations_data()
     {
-        QTest::addColumn<Operation>("operation");
-        QTest::addColumn<QString>("content");
         QTest::addColumn<int>("counted");
-        QTest::addColumn<QString>("told"); // "all" stands for one signal of each of five groups
-
-        const auto row = [](const char* name, const Operation& operation, const QString& content,
-                            int counted, const QString& told) {
-            QTest::newRow(name) << operation << content << counted << told;
+        QTest::addColumn<QString>("told");
+        QTest::addColumn<QString>("content"); // of the groups that change; "-" for one that goes
+        const auto row = [](const char* operation, int counted = 0, const char* told = "",
+                            const char* content = "") {
+            QTest::newRow(operation)
+                << counted << QString::fromLatin1(told) << QString::fromLatin1(content);
         };
-        const auto nothing = [&row](const char* name, const Operation& operation) {
-            row(name, operation, unchanged, 0, {});
-        };
-
-        row(
-            "create", [](Fixture& x) { x.store.renameTask(x.store.createTask(x.home), u"n"_s); },
-            u"Inbox:a,b Completed:d Trash:e Home:b,c,n Work:c"_s, 2, u"Home,task n"_s);
-        row(
-            "create in an unknown group",
-            [](Fixture& x) { x.store.renameTask(x.store.createTask(x.nobody), u"n"_s); },
-            u"Inbox:a,b,n Completed:d Trash:e Home:b,c Work:c"_s, 2, u"Inbox,task n"_s);
-        nothing("create in no group", [](Fixture& x) { QVERIFY(x.store.createTask({}).isNull()); });
-
-        row(
-            "rename", [](Fixture& x) { x.store.renameTask(x.a, u"A"_s); },
-            u"Inbox:A,b Completed:d Trash:e Home:b,c Work:c"_s, 1, u"task A"_s);
-        nothing("rename to the same", [](Fixture& x) { x.store.renameTask(x.a, u"a"_s); });
-        row(
-            "notes", [](Fixture& x) { x.store.attachNotesToTask(x.a, u"x"_s); }, unchanged, 1,
-            u"task a"_s);
-        nothing("same notes", [](Fixture& x) { x.store.attachNotesToTask(x.a, {}); });
-        row(
-            "due", [](Fixture& x) { x.store.setTaskDueTime(x.a, Clock::now()); }, unchanged, 1,
-            u"task a"_s);
-        nothing("still not due", [](Fixture& x) { x.store.setTaskDueTime(x.a, {}); });
-        row(
-            "complete", [](Fixture& x) { x.store.completeTask(x.a, true, Clock::now()); },
-            unchanged, 1, u"task a"_s);
-        nothing("still open", [](Fixture& x) { x.store.completeTask(x.a, false, Clock::now()); });
-        nothing("unknown and null tasks", [](Fixture& x) {
-            for (const TodoTask::Id& id : {x.unknown, TodoTask::Id()}) {
-                x.store.renameTask(id, u"x"_s);
-                x.store.attachNotesToTask(id, u"x"_s);
-                x.store.setTaskDueTime(id, Clock::now());
-                x.store.completeTask(id, true, Clock::now());
-                x.store.removeTask(x.home, id, false);
-                x.store.moveTasks(x.home, x.work, {id});
-            }
-            x.store.addTask(x.home, {});
-        });
-
-        row(
-            "add", [](Fixture& x) { x.store.addTask(x.work, x.a); },
-            u"Inbox:a,b Completed:d Trash:e Home:b,c Work:c,a"_s, 1, u"Work"_s);
-        row(
-            "add a member", [](Fixture& x) { x.store.addTask(x.work, x.c); }, unchanged, 1,
-            u"Work"_s);
-        row(
-            "add several",
-            [](Fixture& x) {
-                x.store.addTasks(x.work, {x.b, {}, x.c, x.a});
-            },
-            u"Inbox:a,b Completed:d Trash:e Home:b,c Work:c,b,a"_s, 1, u"Work"_s);
-        nothing("add none", [](Fixture& x) { x.store.addTasks(x.work, {}); });
-
-        row(
-            "remove from one of two", [](Fixture& x) { x.store.removeTask(x.home, x.b, false); },
-            u"Inbox:a,b Completed:d Trash:e Home:c Work:c"_s, 1, u"Home"_s);
-        row(
-            "remove the last", [](Fixture& x) { x.store.removeTask(x.inbox, x.a, false); },
-            u"Inbox:b Completed:d Trash:e,a Home:b,c Work:c"_s, 1, u"Inbox"_s);
-        row(
-            "remove, skipping the Trash",
-            [](Fixture& x) { x.store.removeTask(x.inbox, x.a, true); },
-            u"Inbox:b Completed:d Trash:e Home:b,c Work:c"_s, 1, u"Inbox"_s);
-        row(
-            "remove from the Trash", [](Fixture& x) { x.store.removeTask(x.trash, x.e, false); },
-            u"Inbox:a,b Completed:d Trash: Home:b,c Work:c"_s, 1, u"Trash"_s);
-
-        row(
-            "move",
-            [](Fixture& x) {
-                x.store.moveTasks(x.home, x.inbox, {x.c, x.b});
-            },
-            u"Inbox:a,b,c Completed:d Trash:e Home: Work:c"_s, 1, u"Home,Inbox"_s);
-        row(
-            "move to Completed", [](Fixture& x) { x.store.moveTasks(x.home, x.completed, {x.c}); },
-            u"Inbox:a,b Completed:d,c Trash:e Home:b Work:"_s, 1, u"all,Completed"_s);
-        row(
-            "move within the Trash", [](Fixture& x) { x.store.moveTasks(x.home, x.trash, {x.e}); },
-            unchanged, 1, u"all,Trash"_s);
-        row(
-            "restore", [](Fixture& x) { x.store.moveTasks(x.trash, x.home, {x.e}); },
-            u"Inbox:a,b Completed:d Trash: Home:b,c,e Work:c"_s, 1, u"Trash,Home"_s);
-        row(
-            "move what is in no group",
-            [](Fixture& x) { x.store.moveTasks(x.home, x.work, {x.f}); },
-            u"Inbox:a,b Completed:d Trash:e Home:b,c Work:c,f"_s, 1, u"Home,Work"_s);
-
-        row("reorder", [](Fixture& x) { x.store.reorderTasks(x.home, x.b, true, {x.c}); },
-            u"Inbox:a,b Completed:d Trash:e Home:c,b Work:c"_s, 1, {});
-        nothing("reorder nothing", [](Fixture& x) {
-            x.store.reorderTasks(x.home, {}, true, {x.c});
-            x.store.reorderTasks(x.home, x.b, true, {});
-        });
-        row(
-            "empty the Trash", [](Fixture& x) { x.store.emptyTrash(); },
-            u"Inbox:a,b Completed:d Trash: Home:b,c Work:c"_s, 1, u"Trash"_s);
-
-        row("create a group", [](Fixture& x) { (void)x.store.createGroup(u"New"_s, {}); },
-            unchanged + u" New:"_s, 1, {});
-        row("rename a group", [](Fixture& x) { x.store.renameGroup(x.home, u"House"_s); },
-            u"Inbox:a,b Completed:d Trash:e House:b,c Work:c"_s, 1, {});
-        row("rename a group to the same",
-            [](Fixture& x) { x.store.renameGroup(x.home, u"Home"_s); }, unchanged, 1, {});
-        row("group icon", [](Fixture& x) { x.store.setGroupIcon(x.home, u"star"_s); }, unchanged, 1,
-            {});
-        row("remove a group", [](Fixture& x) { x.store.removeGroup(x.home); },
-            u"Inbox:a,b Completed:d Trash:e,b,c Work:c"_s, 1, {});
-        nothing("remove built-in groups", [](Fixture& x) {
-            for (const FocusGroup::Id& id : {x.inbox, x.completed, x.trash})
-                x.store.removeGroup(id);
-        });
-        row("move a group by place", [](Fixture& x) { x.store.moveGroup(x.home, x.work); },
-            u"Inbox:a,b Completed:d Trash:e Work:c Home:b,c"_s, 1, {});
-        row("move a group past the end", [](Fixture& x) { x.store.moveGroup(2, x.home); },
-            u"Inbox:a,b Completed:d Trash:e Work:c Home:b,c"_s, 1, {});
-        nothing("move a group nowhere", [](Fixture& x) {
-            x.store.moveGroup(0, x.home);
-            x.store.moveGroup(-1, x.home);
-            x.store.moveGroup(3, x.home);
-            x.store.moveGroup(0, x.inbox);
-            x.store.moveGroup(x.inbox, x.home);
-            x.store.moveGroup(x.home, x.trash);
-        });
-        nothing("unknown and null groups", [](Fixture& x) {
-            for (const FocusGroup::Id& id : {x.nobody, FocusGroup::Id()}) {
-                x.store.addTask(id, x.a);
-                x.store.addTasks(id, {x.a});
-                x.store.removeTask(id, x.a, false);
-                x.store.moveTasks(id, x.home, {x.a});
-                x.store.moveTasks(x.inbox, id, {x.a});
-                x.store.reorderTasks(id, x.a, true, {x.b});
-                x.store.renameGroup(id, u"x"_s);
-                x.store.setGroupIcon(id, u"x"_s);
-                x.store.removeGroup(id);
-                x.store.moveGroup(0, id);
-            }
-        });
+        row("create Home n", 2, "Home,task n", "Home:b,c,n");
+        row("create unknown n", 2, "Inbox,task n", "Inbox:a,b,n");
+        row("create null n");
+        row("rename a A", 1, "task A", "Inbox:A,b");
+        row("rename a a");
+        row("notes a x", 1, "task a");
+        row("notes a");
+        row("due a today", 1, "task a");
+        row("due a");
+        row("complete a yes", 1, "task a");
+        row("complete a");
+        row("add Work a", 1, "Work", "Work:c,a");
+        row("add Work c", 1, "Work");
+        row("addTasks Work b null c a", 1, "Work", "Work:c,b,a");
+        row("addTasks Work");
+        row("remove Home b", 1, "Home", "Home:c");
+        row("remove Inbox a", 1, "Inbox", "Inbox:b Trash:e,a");
+        row("remove Inbox a skipping", 1, "Inbox", "Inbox:b");
+        row("remove Trash e", 1, "Trash", "Trash:");
+        row("move Home Inbox c b", 1, "Home,Inbox", "Home: Inbox:a,b,c");
+        row("move Home Completed c", 1, "Completed,Home,Inbox,Trash,Work,Completed",
+            "Home:b Work: Completed:d,c");
+        row("move Home Trash e", 1, "Completed,Home,Inbox,Trash,Work,Trash");
+        row("move Trash Home e", 1, "Trash,Home", "Trash: Home:b,c,e");
+        row("move Home Work f", 1, "Home,Work", "Work:c,f");
+        row("reorder Home b c", 1, "", "Home:c,b");
+        row("reorder Home null c");
+        row("reorder Home b");
+        row("emptyTrash", 1, "Trash", "Trash:");
+        row("createGroup New", 1, "", "New:");
+        row("renameGroup Work Job", 1, "", "-Work Job:c");
+        row("renameGroup Home Home", 1);
+        row("icon Home home", 1);
+        row("removeGroup Home", 1, "", "-Home Trash:e,b,c");
+        row("place Work Home", 1, "", "-Home Home:b,c");
+        row("position Home 2", 1, "", "-Home Home:b,c");
+        for (const char* operation :
+             {"position Home 0", "position Home -1", "position Home 3", "position Inbox 0",
+              "place Home Inbox", "place Trash Home", "removeGroup Inbox", "removeGroup Trash",
+              "removeGroup Completed"})
+            row(operation);
+        for (const QByteArray& id : {"unknown"_ba, "null"_ba}) {
+            for (const char* operation :
+                 {"rename %", "notes % x", "due % today", "complete % yes", "remove Home %",
+                  "move Home Work %", "add % a", "addTasks % a", "remove % a", "move % Home a",
+                  "move Inbox % a", "reorder % a b", "renameGroup % x", "icon % x", "removeGroup %",
+                  "position % 0"})
+                row(QByteArray(operation).replace('%', id).constData());
+        }
+        row("add Home null");
     }
 
     void operations()
     {
-        QFETCH(Operation, operation);
-        QFETCH(QString, content);
         QFETCH(int, counted);
         QFETCH(QString, told);
+        QFETCH(QString, content);
         LogWatch log;
         Fixture fixture;
-        QCOMPARE(fixture.content(), unchanged);
-        const qint32 before = fixture.store.modification();
-        operation(fixture);
-        QCOMPARE(fixture.content(), content);
-        QCOMPARE(fixture.store.modification() - before, counted);
-        if (told.startsWith(u"all"_s)) {
-            QStringList each = fixture.told.first(5);
-            each.sort();
-            QCOMPARE(each.join(u','), u"Completed,Home,Inbox,Trash,Work"_s);
-            fixture.told = QStringList{u"all"_s} + fixture.told.sliced(5);
+        const QString unchanged = u"Inbox:a,b Completed:d Trash:e Home:b,c Work:c"_s;
+        QStringList expected = unchanged.split(u' ');
+        QCOMPARE(fixture.content(), expected);
+        for (const QString& part : content.split(u' ', Qt::SkipEmptyParts)) {
+            const QString name = part.section(u':', 0, 0) + u':';
+            const qsizetype at = expected.indexOf(expected.filter(name).value(0));
+            if (part.startsWith(u'-'))
+                expected.removeIf([&](const QString& old) { return old.startsWith(part.mid(1)); });
+            else if (at < 0)
+                expected += part;
+            else
+                expected[at] = part;
         }
+        const qint32 before = fixture.store.modification();
+        fixture.run(QString::fromLatin1(QTest::currentDataTag()));
+        QCOMPARE(fixture.content(), expected);
+        QCOMPARE(fixture.store.modification() - before, counted);
+        // Of every group at once there is no order.
+        if (fixture.told.size() > 5)
+            std::sort(fixture.told.begin(), fixture.told.begin() + 5);
         QCOMPARE(fixture.told.join(u','), told);
         QCOMPARE(log.take(), QStringList());
     }
@@ -267,7 +202,6 @@ private Q_SLOTS:
         QList<FocusGroup::Id> ids;
         builder.store.enumGroups(ids);
         QCOMPARE(ids.size(), 5);
-        QCOMPARE(builder.store.getGroup(ids.last()).name(), u"Garden"_s);
         builder.store.removeGroup(ids.last());
         builder.store.enumGroups(ids);
         QCOMPARE(ids.size(), 3);
@@ -276,46 +210,42 @@ private Q_SLOTS:
     void handlersMayCallTheStore()
     {
         const LogWatch log;
-        Fixture fixture;
-        QObject::connect(&fixture.store, &TaskStorage::groupChanged, &fixture.listener,
-                         [&fixture](const FocusGroup::Id& id) {
-                             if (id == fixture.completed)
-                                 fixture.store.removeGroup(fixture.home);
-                         });
-        fixture.store.moveTasks(fixture.home, fixture.completed, {fixture.b, fixture.c});
-        QCOMPARE(fixture.content(), u"Inbox:a Completed:d,b,c Trash:e Work:"_s);
+        Fixture x;
+        QObject::connect(&x.store, &TaskStorage::groupChanged, &x.listener, [&](const QUuid& id) {
+            if (id == TaskStorage::ms_completedId)
+                x.run(u"removeGroup Home"_s);
+        });
+        x.run(u"move Home Completed b c"_s);
+        QCOMPARE(x.content().join(u' '), u"Inbox:a Completed:d,b,c Trash:e Work:"_s);
     }
 
     void snapshotsStayAsTheyWere()
     {
         const LogWatch log;
-        Fixture fixture;
+        Fixture x;
         TaskStorageSnapsot lists;
         TaskStorageSnapsot tables(true);
         for (TaskStorageSnapsot* snapshot : {&lists, &tables})
-            fixture.store.takeSnapshot(*snapshot);
-        const qint32 modification = fixture.store.modification();
-        fixture.store.renameTask(fixture.a, u"changed"_s);
-        fixture.store.moveTasks(fixture.inbox, fixture.trash, {fixture.a});
-        fixture.store.removeGroup(fixture.work);
-
+            x.store.takeSnapshot(*snapshot);
+        const qint32 modification = x.store.modification();
+        for (const QString& change :
+             {u"rename a A"_s, u"move Inbox Trash a"_s, u"removeGroup Work"_s})
+            x.run(change);
+        const TodoTask::Id a = x.ids.value(u"a"_s);
         QCOMPARE(lists.modification(), modification);
         QCOMPARE(lists.tasks().size(), 6);
-        QStringList names;
-        for (const FocusGroup& group : lists.groups())
-            names += group.name();
-        QCOMPARE(names.join(u','), u"Inbox,Completed,Trash,Home,Work"_s);
-        QVERIFY(lists.groups().constFirst().contains(fixture.a));
-        QCOMPARE(tables.taskTable().value(fixture.a).name(), u"a"_s);
-        QVERIFY(tables.groupTable().contains(fixture.work));
+        QCOMPARE(lists.groups().size(), 5);
+        QVERIFY(lists.groups().constFirst().contains(a));
+        QCOMPARE(tables.taskTable().value(a).name(), u"a"_s);
+        QVERIFY(tables.groupTable().contains(x.ids.value(u"Work"_s)));
         // Taking it again replaces everything.
-        fixture.store.takeSnapshot(tables);
+        x.store.takeSnapshot(tables);
         QCOMPARE(tables.groupTable().size(), 4);
+        QCOMPARE(tables.taskTable().value(a).name(), u"A"_s);
     }
 
     void counterWraps()
     {
-        QCOMPARE(TaskStorage::nextModification(41), 42);
         QCOMPARE(TaskStorage::nextModification(std::numeric_limits<qint32>::max()), 0);
     }
 };
