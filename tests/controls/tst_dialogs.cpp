@@ -18,30 +18,16 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
-ProgramSettings& settings()
-{
-    return dynamic_singleton<ProgramSettings>::inst();
-}
-} // namespace
-
 class tst_Dialogs : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void initTestCase() { initLanguages(); }
-    void cleanup()
-    {
-        Language::setLanguage(u"en_US"_s);
-        ProductHelper::setLatestProductVersion({});
-        dynamic_singleton<ProgramSettings>::destroy();
-        QFile::remove(PathHelper::settingsFile());
-    }
 
     void preferences()
     {
-        settings().openWindowOnStartup = false;
+        m_settings.openWindowOnStartup = false;
         auto dialog = std::make_unique<PrefsDialog>();
         dialog.reset();
         QVERIFY2(!QFile::exists(PathHelper::settingsFile()), "nothing was touched");
@@ -50,47 +36,39 @@ private Q_SLOTS:
         const QList<QCheckBox*> boxes = dialog->findChildren<QCheckBox*>();
         QVERIFY2(boxes.at(1)->isHidden(), "nothing here starts programs with the system");
         boxes.first()->click();
-        QVERIFY(!settings().showNotifications);
         boxes.last()->click();
-        QVERIFY(settings().openWindowOnStartup);
+        QVERIFY(!m_settings.showNotifications && m_settings.openWindowOnStartup);
         dialog.reset();
         QVERIFY(QFile::exists(PathHelper::settingsFile()));
     }
 
     void language()
     {
-        settings().uiLanguage = u"xx_XX"_s;
+        m_settings.uiLanguage = u"xx_XX"_s;
         Language::loadLanguageSettings();
-        auto dialog = std::make_unique<PrefsDialog>();
-        QCOMPARE(dialog->findChild<QComboBox*>()->currentText(), u"English"_s);
-        dialog.reset();
-        QCOMPARE(settings().uiLanguage, u"xx_XX"_s);
-
-        dialog = std::make_unique<PrefsDialog>();
-        auto* combo = dialog->findChild<QComboBox*>();
+        PrefsDialog dialog;
+        auto* combo = dialog.findChild<QComboBox*>();
+        QCOMPARE(combo->currentText(), u"English"_s);
+        QCOMPARE(m_settings.uiLanguage, u"xx_XX"_s);
         Q_EMIT combo->activated(0);
-        QCOMPARE(settings().uiLanguage, u"en_US"_s);
+        QCOMPARE(m_settings.uiLanguage, u"en_US"_s);
         combo->setCurrentText(u"Russian"_s);
-        QCOMPARE(settings().uiLanguage, u"ru_RU"_s);
-        QTRY_COMPARE(dialog->windowTitle(), u"Настройки Mivora"_s);
-        const PrefsDialog next;
-        QCOMPARE(next.findChild<QComboBox*>()->currentText(), u"Russian"_s);
+        QCOMPARE(m_settings.uiLanguage, u"ru_RU"_s);
+        QTRY_COMPARE(dialog.windowTitle(), u"Настройки Mivora"_s);
+        QCOMPARE(PrefsDialog().findChild<QComboBox*>()->currentText(), u"Russian"_s);
+        Language::setLanguage(u"en_US"_s);
     }
 
     void about()
     {
-        QWidget window;
-        AboutDialog::showMe(&window);
-        QPointer<AboutDialog> dialog = window.findChild<AboutDialog*>();
+        const QPointer<AboutDialog> dialog = open();
         QHideEvent minimised;
         QSpontaneKeyEvent::setSpontaneous(&minimised);
         qApp->notify(dialog, &minimised); // sendEvent() would drop the mark
-        AboutDialog::showMe(&window);
-        QCOMPARE(window.findChildren<AboutDialog*>().size(), 1);
-        for (LinkLabel* label : dialog->findChildren<LinkLabel*>()) {
-            if (label->text().contains("href=eula"_L1))
-                Q_EMIT label->linkActivated(u"eula"_s);
-        }
+        QCOMPARE(open(), dialog.data());
+        for (LinkLabel* label : dialog->findChildren<LinkLabel*>())
+            Q_EMIT label->linkActivated(label->text().contains("href=eula"_L1) ? u"eula"_s
+                                                                               : QString());
         const QPointer<EulaDialog> licence = dialog->findChild<EulaDialog*>();
         QVERIFY(licence && licence->isModal());
         const QString text = licence->findChild<QTextEdit*>()->toPlainText();
@@ -107,17 +85,21 @@ private Q_SLOTS:
         for (const auto& [latest, offered] :
              {std::pair(u"99"_s, 1), {current, 0}, {u"0.0.1"_s, 0}, {QString(), 0}}) {
             ProductHelper::setLatestProductVersion(ProductVersion(latest));
-            QWidget window;
-            AboutDialog::showMe(&window);
-            QStringList lines;
-            for (const LinkLabel* label : window.findChildren<LinkLabel*>())
-                lines += label->text();
-            QCOMPARE(lines.filter(u"Download"_s).size(), offered);
+            const std::unique_ptr<AboutDialog> dialog(open());
+            QCOMPARE(dialog->findChildren<LinkLabel*>().size(), 3 + offered);
         }
     }
 
 private:
+    AboutDialog* open()
+    {
+        AboutDialog::showMe(&m_window);
+        return m_window.findChild<AboutDialog*>();
+    }
+
     const TemporaryHome m_home;
+    QWidget m_window;
+    ProgramSettings& m_settings = dynamic_singleton<ProgramSettings>::inst();
 };
 
 QTEST_MAIN(tst_Dialogs)
