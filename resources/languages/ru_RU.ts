@@ -158,6 +158,10 @@
         <source>Due date</source>
         <translation>Срок</translation>
     </message>
+    <message>
+        <source>Not a date. Please write it like this: %1</source>
+        <translation>Это не дата. Введите её, например, так: %1</translation>
+    </message>
 </context>
 <context>
     <name>EditGroupDialog</name>
