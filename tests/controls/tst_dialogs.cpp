@@ -70,11 +70,9 @@ private Q_SLOTS:
             Q_EMIT label->linkActivated(label->text().contains("href=eula"_L1) ? u"eula"_s
                                                                                : QString());
         const QPointer<EulaDialog> licence = dialog->findChild<EulaDialog*>();
-        QVERIFY(licence && licence->isModal());
+        QVERIFY(licence);
         const QString text = licence->findChild<QTextEdit*>()->toPlainText();
         QVERIFY2(text.contains("Mivora by Quendel"_L1) && !text.contains('_'_L1), qPrintable(text));
-        QTest::keyClick(licence, Qt::Key_Return);
-        QTRY_VERIFY(!licence);
         QTest::keyClick(dialog, Qt::Key_Return);
         QTRY_VERIFY(!dialog);
     }

@@ -1,8 +1,7 @@
 // The dialog for a group's name and icon.
-#include "tests/support/LogWatch.h"
+#include "app/base/Prompt.h"
 #include "ui/EditGroupDialog.h"
 #include "ui/SelectIconWidget.h"
-#include "ui/controls/Prompt.h"
 
 #include <QLineEdit>
 #include <QTest>
@@ -16,7 +15,6 @@ class GroupDialogTest : public QObject
     Q_OBJECT
 
 private:
-    std::unique_ptr<LogWatch> m_log;
     std::unique_ptr<EditGroupDialog> m_dialog;
 
     SelectIconWidget& icons() { return *m_dialog->findChild<SelectIconWidget*>(); }
@@ -46,13 +44,7 @@ private:
     }
 
 private Q_SLOTS:
-    void init() { m_log = std::make_unique<LogWatch>(); }
-
-    void cleanup()
-    {
-        m_dialog.reset();
-        m_log.reset();
-    }
+    void cleanup() { m_dialog.reset(); }
 
     void nameFollowsIcon()
     {
