@@ -1,7 +1,7 @@
 // The dialog for a group's name and icon.
-#include "app/base/Prompt.h"
 #include "ui/EditGroupDialog.h"
 #include "ui/SelectIconWidget.h"
+#include "ui/controls/Prompt.h"
 
 #include <QLineEdit>
 #include <QTest>
