@@ -1,7 +1,6 @@
 #include "net/Tls.h"
 
 #include <QCoreApplication>
-#include <QDir>
 #include <QLibraryInfo>
 #include <QPluginLoader>
 #include <QSslSocket>
@@ -13,25 +12,24 @@ using namespace Qt::StringLiterals;
 namespace net {
 
 namespace {
-void loadPlugins()
+/// By its file name: while plug-in paths are set, even for a moment, the toolkit takes note of all
+/// plug-ins there, such as image formats, and uses them from then on.
+void loadBackend()
 {
     if (!QSslSocket::availableBackends().isEmpty())
         return;
-    const QDir folder(QLibraryInfo::path(QLibraryInfo::PluginsPath) + u"/tls"_s);
-    const QStringList files = folder.entryList(QDir::Files);
-    for (const QString& file : files) {
-        QPluginLoader loader(folder.filePath(file));
-        // A back end makes itself known when it is created.
-        if (QObject* const backend = loader.instance())
-            backend->moveToThread(QCoreApplication::instance()->thread());
-    }
+    const QString plugins = QLibraryInfo::path(QLibraryInfo::PluginsPath);
+    QPluginLoader loader(plugins + u"/tls/libqopensslbackend.so");
+    // It registers itself when it is created. The thread that needs it first may end before it.
+    if (QObject* const backend = loader.instance())
+        backend->moveToThread(QCoreApplication::instance()->thread());
 }
 } // namespace
 
 void ensureTls()
 {
     static std::once_flag once;
-    std::call_once(once, loadPlugins);
+    std::call_once(once, loadBackend);
 }
 
 } // namespace net
