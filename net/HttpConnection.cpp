@@ -1,5 +1,6 @@
 #include "net/HttpConnection.h"
 
+#include "app/base/ProductHelper.h"
 #include "net/HttpConnectionQt.h"
 
 #include <boost/make_shared.hpp>
@@ -16,6 +17,11 @@ HttpConnection::Maker s_maker = &makeQtConnection;
 } // namespace
 
 HttpConnection::~HttpConnection() = default;
+
+QString HttpConnection::programReferer()
+{
+    return ProductHelper::productDisplayName() + u' ' + ProductHelper::productVersion().toString();
+}
 
 boost::shared_ptr<HttpConnection> HttpConnection::create()
 {

@@ -42,12 +42,15 @@ public:
     /// transport cannot stream.
     [[nodiscard]] virtual int read(QIODevice& out, int max) = 0;
 
-    /// How the program names itself to the server.
+    /// The name that the program gives itself to the server; empty unless set.
     [[nodiscard]] virtual QString referer() const = 0;
     virtual void setReferer(const QString& referer) = 0;
 
-    /// Any thread: ends the request under way and every later one; they return false.
+    /// Any thread; returns at once. The request under way and every later one return false soon.
     virtual void abort() = 0;
+
+    /// The referer of all the program's requests: its display name and version.
+    [[nodiscard]] static QString programReferer();
 
     /// A new connection of the kind the program uses.
     [[nodiscard]] static boost::shared_ptr<HttpConnection> create();

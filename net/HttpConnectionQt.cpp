@@ -2,25 +2,33 @@
 
 #include "app/base/LogHelper.h"
 #include "net/PinnedCertificate.h"
-#include "net/ProxyLookup.h"
+#include "net/ReceiveLimit.h"
 #include "net/Tls.h"
 
 #include <QBuffer>
+#include <QDeadlineTimer>
 #include <QEventLoop>
 #include <QMutexLocker>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
+#include <QTimer>
 #include <QUrl>
 
 #include <utility>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace net {
 
 namespace {
 constexpr int maxRedirects = 10;
 constexpr int chunkSize = 2048;
+/// What a connection may receive in bytes: the largest answer, and its headers and framing.
+constexpr qint64 maxReceived = HttpConnectionQt::maxAnswer / 8 * 9;
+constexpr auto watchInterval = 25ms;
+/// The time for a whole exchange, in times of the silence that is allowed.
+constexpr int maxSilences = 4;
 
 bool isSecure(const QUrl& url)
 {
@@ -30,36 +38,7 @@ bool isSecure(const QUrl& url)
 constexpr auto tooLarge = "The answer is too large"_L1;
 constexpr auto canceled = "Operation canceled"_L1;
 
-/// A text that a server may have had its hands in, fit for one line of the log.
-QString forLog(const QString& text)
-{
-    constexpr qsizetype longest = 500;
-    QString line = text.left(longest);
-    for (QChar& c : line) {
-        if (!c.isPrint())
-            c = u' ';
-    }
-    return line;
-}
-
-/// Hands the manager what is known already.
-class FoundProxies final : public QNetworkProxyFactory
-{
-public:
-    explicit FoundProxies(const QList<QNetworkProxy>& proxies)
-        : m_proxies(proxies)
-    {
-    }
-    QList<QNetworkProxy> queryProxy(const QNetworkProxyQuery& /*query*/) override
-    {
-        return m_proxies;
-    }
-
-private:
-    QList<QNetworkProxy> m_proxies;
-};
-
-/// Moves what has arrived to `buffer`. Returns whether that is not too much.
+/// Moves what has arrived to `buffer`. Returns false when it is larger than an answer may be.
 bool readAnswer(QNetworkReply& reply, QBuffer& buffer)
 {
     QByteArray chunk;
@@ -77,6 +56,7 @@ struct HttpConnectionQt::Exchange
 {
     QUrl url;
     const QByteArray* body; ///< of a post
+    QDeadlineTimer deadline;
 
     [[nodiscard]] bool mayGoTo(const QUrl& target) const
     {
@@ -100,13 +80,13 @@ bool HttpConnectionQt::close()
 
 bool HttpConnectionQt::get(const QUrl& url, QByteArray& response, const HttpHeaders& /*headers*/)
 {
-    return _request({url, nullptr}, response);
+    return _request({url, nullptr, QDeadlineTimer(maxSilences * m_timeout)}, response);
 }
 
 bool HttpConnectionQt::post(const QUrl& url, const QByteArray& body, QByteArray& response,
                             const HttpHeaders& /*headers*/)
 {
-    return _request({url, &body}, response);
+    return _request({url, &body, QDeadlineTimer(maxSilences * m_timeout)}, response);
 }
 
 int HttpConnectionQt::statusCode() const
@@ -138,9 +118,7 @@ void HttpConnectionQt::abort()
 {
     const QMutexLocker lock(&m_mutex);
     m_aborted = true;
-    // Queued: a loop that has not started yet would forget a direct call.
-    if (m_lookup)
-        m_lookup->cancel();
+    // Queued: quitting a loop directly before it starts has no effect.
     if (m_loop)
         QMetaObject::invokeMethod(m_loop, &QEventLoop::quit, Qt::QueuedConnection);
 }
@@ -160,7 +138,7 @@ bool HttpConnectionQt::_request(const Exchange& exchange, QByteArray& response)
         reply->deleteLater();
     if (error.isEmpty())
         return true;
-    MVR_LOG_ERR(u"some error happened "_s + forLog(error));
+    MVR_LOG_ERR(u"some error happened "_s + error);
     return false;
 }
 
@@ -172,15 +150,15 @@ QString HttpConnectionQt::_follow(const Exchange& exchange, QNetworkReply*& repl
     for (int redirects = 0;; ++redirects) {
         if (!exchange.mayGoTo(target))
             return u"The address is not allowed: "_s + target.toDisplayString();
-        if (!_findProxies(target))
+        if (_isAborted())
             return canceled;
         reply = _issue(exchange, target);
         if (!reply)
             return u"No request could be made"_s;
-        // Whoever redirects that often is still asked, but not listened to.
+        // The request after the last redirect is sent, but its answer is not waited for.
         if (redirects == maxRedirects)
             return {};
-        const QString error = _await(*reply);
+        const QString error = _await(exchange, *reply);
         const QVariant redirect = reply->attribute(QNetworkRequest::RedirectionTargetAttribute);
         if (!error.isEmpty() || !redirect.isValid())
             return error;
@@ -189,25 +167,17 @@ QString HttpConnectionQt::_follow(const Exchange& exchange, QNetworkReply*& repl
     }
 }
 
-/// Returns false when that took too long or was aborted, before or during it.
-bool HttpConnectionQt::_findProxies(const QUrl& url)
+bool HttpConnectionQt::_isAborted() const
 {
-    {
-        const QMutexLocker lock(&m_mutex);
-        if (m_aborted)
-            return false;
-        m_lookup = std::make_shared<ProxyLookup>(url);
-    }
-    const std::optional<QList<QNetworkProxy>> proxies = m_lookup->wait(m_timeout);
-    if (proxies)
-        _manager().setProxyFactory(new FoundProxies(*proxies));
-    return proxies.has_value();
+    const QMutexLocker lock(&m_mutex);
+    return m_aborted;
 }
 
 QNetworkAccessManager& HttpConnectionQt::_manager()
 {
     if (!m_manager) {
         ensureTls();
+        m_limit = std::make_unique<ReceiveLimit>(maxReceived);
         m_manager = std::make_unique<QNetworkAccessManager>();
     }
     return *m_manager;
@@ -217,11 +187,11 @@ QNetworkReply* HttpConnectionQt::_issue(const Exchange& exchange, const QUrl& ur
 {
     QNetworkRequest request(url);
     request.setRawHeader("User-Agent", m_referer.toLatin1());
-    // Unpacked, an answer could take any amount of memory before its size is known.
+    // Compressed answers could grow to any size in memory while they are unpacked.
     request.setRawHeader("Accept-Encoding", "identity");
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
                          QNetworkRequest::ManualRedirectPolicy);
-    // A single short answer gains nothing from the newer protocol's machinery.
+    // HTTP/2 gains nothing for a single short answer.
     request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
     request.setTransferTimeout(static_cast<int>(m_timeout.count()));
     QNetworkReply* const reply =
@@ -231,25 +201,29 @@ QNetworkReply* HttpConnectionQt::_issue(const Exchange& exchange, const QUrl& ur
     return reply;
 }
 
-/// Blocks until the reply is finished, has grown too large or is to be aborted. Returns what went
-/// wrong, or an empty text.
-QString HttpConnectionQt::_await(QNetworkReply& reply)
+/// Blocks until the reply is finished, too large or too late, or is to be aborted. Returns what
+/// went wrong, or an empty text.
+QString HttpConnectionQt::_await(const Exchange& exchange, QNetworkReply& reply)
 {
     QEventLoop loop;
     QObject::connect(m_manager.get(), &QNetworkAccessManager::finished, &loop, &QEventLoop::quit);
-    QObject::connect(&reply, &QIODevice::readyRead, &loop, [&loop, &reply] {
-        if (reply.bytesAvailable() > maxAnswer)
+    bool isTooLarge = false;
+    QTimer watch;
+    QObject::connect(&watch, &QTimer::timeout, &loop, [&] {
+        isTooLarge = m_limit->cutExceeding();
+        if (isTooLarge || exchange.deadline.hasExpired())
             loop.quit();
     });
+    watch.start(watchInterval);
     _run(loop);
-    if (reply.bytesAvailable() > maxAnswer)
+    if (isTooLarge)
         return tooLarge;
     if (!reply.isFinished())
         reply.abort();
     return reply.error() == QNetworkReply::NoError ? QString() : reply.errorString();
 }
 
-/// Runs the loop so that abort() can end it, also when that was called already.
+/// Runs the loop until it quits or abort() is called; not at all if that was called before.
 void HttpConnectionQt::_run(QEventLoop& loop)
 {
     {

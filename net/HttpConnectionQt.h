@@ -14,12 +14,14 @@ class QNetworkReply;
 
 namespace net {
 
-class ProxyLookup;
+class ReceiveLimit;
 
 /// Follows up to ten redirects with the same method and body. Servers on https are verified
 /// against the system's authorities; where the program was built with the certificate of its own
 /// servers, a self-signed one is accepted if it is exactly that.
-/// Fetches nothing but http and https, and an exchange that began on https never leaves it.
+/// Fetches nothing but http and https, and an exchange that began on https never leaves it. Servers
+/// that send more than the largest answer, in whatever form, are cut off. The system's proxies are
+/// used; finding them may block, and abort() does not end that.
 class HttpConnectionQt final : public HttpConnection
 {
 public:
@@ -30,7 +32,7 @@ public:
     ~HttpConnectionQt() override;
     Q_DISABLE_COPY_MOVE(HttpConnectionQt)
 
-    // What a streaming transport would do; this one answers constants.
+    // For transports that stream; these two do nothing and return true.
     bool open(const QString& host, unsigned short port) override;
     bool close() override;
 
@@ -51,7 +53,8 @@ public:
 
     void abort() override;
 
-    /// How long a request may go without data; 30 s unless set.
+    /// How long a request may go without data; 30 s unless set. All of an exchange may take four
+    /// times as long.
     void setTimeout(std::chrono::milliseconds timeout) { m_timeout = timeout; }
 
 private:
@@ -59,20 +62,20 @@ private:
 
     bool _request(const Exchange& exchange, QByteArray& response);
     QString _follow(const Exchange& exchange, QNetworkReply*& reply);
-    bool _findProxies(const QUrl& url);
+    [[nodiscard]] bool _isAborted() const;
     QNetworkAccessManager& _manager();
     QNetworkReply* _issue(const Exchange& exchange, const QUrl& url);
-    QString _await(QNetworkReply& reply);
+    QString _await(const Exchange& exchange, QNetworkReply& reply);
     void _run(QEventLoop& loop);
 
     QString m_referer;
+    std::unique_ptr<ReceiveLimit> m_limit; ///< older than the manager's connections
     /// Lives in the thread of the first request.
     std::unique_ptr<QNetworkAccessManager> m_manager;
     std::chrono::milliseconds m_timeout{30'000};
 
-    QMutex m_mutex;                        ///< guards what abort() touches
-    std::shared_ptr<ProxyLookup> m_lookup; ///< the last one
-    QEventLoop* m_loop = nullptr;          ///< while a request waits
+    mutable QMutex m_mutex;       ///< guards what abort() touches
+    QEventLoop* m_loop = nullptr; ///< while a request waits
     bool m_aborted = false;
 };
 

@@ -11,9 +11,11 @@
 #include <boost/make_shared.hpp>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
-constexpr int endTimeoutMs = 10000;
+constexpr auto endTimeout = 10s;
+constexpr auto terminationTimeout = 1s;
 } // namespace
 
 class NetServices::NetJob
@@ -33,33 +35,40 @@ public:
     void run(NetServices& services) const override { services._checkForUpdates(); }
 };
 
-// Never destroyed with the process's statics, which its thread may be using.
+// Not destroyed with the statics at exit: its thread may still be using them.
 boost::shared_ptr<NetServices>& NetServices::_instance()
 {
     static auto& instance = *new boost::shared_ptr<NetServices>;
     return instance;
 }
 
-NetServices::~NetServices()
+NetServices::~NetServices() = default;
+
+void NetServices::_end(NetServices* services)
 {
-    {
-        const QMutexLocker lock(&m_mutex);
-        m_stop = true;
-        if (m_connection)
-            m_connection->abort();
-        m_wakeUp.wakeAll();
+    services->_stop();
+    if (!services->wait(QDeadlineTimer(endTimeout))) {
+        services->terminate();
+        if (!services->wait(QDeadlineTimer(terminationTimeout)))
+            return;
     }
-    if (!wait(endTimeoutMs)) {
-        terminate();
-        wait();
-    }
+    delete services;
+}
+
+void NetServices::_stop()
+{
+    const QMutexLocker lock(&m_mutex);
+    m_stop = true;
+    if (m_connection)
+        m_connection->abort();
+    m_wakeUp.wakeAll();
 }
 
 boost::shared_ptr<NetServices> NetServices::shared()
 {
     boost::shared_ptr<NetServices>& instance = _instance();
     if (!instance) {
-        instance.reset(new NetServices);
+        instance.reset(new NetServices, &NetServices::_end);
         qRegisterMetaType<UpdateInformation>();
         instance->start(InheritPriority);
     }
@@ -83,7 +92,7 @@ void NetServices::checkForUpdates(std::chrono::milliseconds delay)
 
 QString NetServices::httpReferer()
 {
-    return ProductHelper::productDisplayName() + u' ' + ProductHelper::productVersion().toString();
+    return net::HttpConnection::programReferer();
 }
 
 void NetServices::run()

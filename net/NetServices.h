@@ -17,7 +17,8 @@ namespace net {
 class HttpConnection;
 }
 
-/// A thread with a queue. Destroyed, it aborts the request under way and drops what is queued.
+/// A thread with a queue. When its last owner lets go, the request under way is aborted and what is
+/// queued is dropped.
 class NetServices : public QThread
 {
     Q_OBJECT
@@ -31,7 +32,8 @@ public:
 
     /// The running worker, created by the first call. Interface thread; UserMetrics must exist.
     [[nodiscard]] static boost::shared_ptr<NetServices> shared();
-    /// Lets go of the worker; it ends with its last owner. Interface thread.
+    /// Lets go of the worker; it ends with its last owner, which waits up to 10 s for that.
+    /// Interface thread.
     static void destroyShared();
 
     /// Queues a check and returns at once; updatesChecked() tells its outcome. The worker begins
@@ -52,6 +54,10 @@ private:
     NetServices() = default;
 
     [[nodiscard]] static boost::shared_ptr<NetServices>& _instance();
+    /// Deletes the worker once its thread has ended, after 10 s by force. A thread that resists
+    /// even that, inside the system's search for proxies, keeps its worker.
+    static void _end(NetServices* services);
+    void _stop();
     boost::shared_ptr<NetJob> _takeJob();
     void _runJob(const NetJob& job);
     void _checkForUpdates();

@@ -4,11 +4,14 @@
 #include "app/QtSingleApplication.h"
 #include "app/SignalHandler.h"
 #include "app/base/LogHelper.h"
+#include "app/base/UserMetrics.h"
+#include "net/NetServices.h"
 
 #include <QCloseEvent>
 #include <QDialog>
 #include <QFileInfo>
 #include <QHostInfo>
+#include <QNetworkProxy>
 #include <QSocketNotifier>
 
 #include <csignal>
@@ -90,15 +93,31 @@ int runSignals(const QString& mode)
     return exitCode;
 }
 
-/// Ends while a name is being looked up that no server answers for.
+/// Searches for ever, as the system's search may do while a script for it cannot be had.
+class LostProxies : public QNetworkProxyFactory
+{
+public:
+    QList<QNetworkProxy> queryProxy(const QNetworkProxyQuery& /*query*/) override
+    {
+        say(u"looking up"_s);
+        for (;;)
+            ::pause();
+    }
+};
+
+/// Ends while a name and a proxy are being looked up that no server answers for.
 int runLookup(int& argc, char** argv, const QString& log)
 {
     const QCoreApplication app(argc, argv);
     if (dynamic_singleton<logging::LogHelper>::inst().init(log))
         MVR_LOG_ERR(u"last words"_s);
     QHostInfo::lookupHost(u"nowhere.example"_s, [](const QHostInfo&) {});
+    QNetworkProxyFactory::setApplicationProxyFactory(new LostProxies);
+    dynamic_singleton<UserMetrics>::inst();
+    NetServices::shared()->checkForUpdates();
     readCommand();
     armExitDeadline(7);
+    NetServices::destroyShared();
     return 1;
 }
 
