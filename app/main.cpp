@@ -12,6 +12,7 @@
 #include "app/core/TaskCore.h"
 #include "app/language/Language.h"
 #include "net/NetServices.h"
+#include "net/taskapi/TaskApiClient.h"
 #include "ui/ActionsHelper.h"
 #include "ui/DragHelper.h"
 #include "ui/MainWindow.h"
@@ -20,6 +21,7 @@
 #include "ui/icons/IconsHelper.h"
 
 #include <QFile>
+#include <QThreadPool>
 #include <QWidget>
 
 #include <chrono>
@@ -35,6 +37,8 @@ const QString applicationId = u"FAC47CC7-8B64-42cd-87FA-6D4A0C5149BF"_s;
 constexpr int showTimeoutMs = 5000;
 /// Trays come up at log-in as the program does.
 constexpr auto trayPatience = 10s;
+/// With requests that do not obey, should there be no deadline.
+constexpr int requestPatienceMs = 1000;
 bool hasLog = false;
 
 /// Prefers X11 while it lives, unless the user chose a platform; the programs that we start choose
@@ -121,6 +125,14 @@ void refuseUnlockable(const QString& folder)
         StartupRefusal::showUnlockable(folder);
 }
 
+void endNetwork()
+{
+    taskapi::TaskApiClient::shared()->abortRequests();
+    NetServices::destroyShared();
+    // What still runs has the log open.
+    QThreadPool::globalInstance()->waitForDone(requestPatienceMs);
+}
+
 void destroySingletons()
 {
     dynamic_singleton<UserMetrics>::destroy();
@@ -196,7 +208,7 @@ int main(int argc, char** argv)
     dynamic_singleton<TaskCore>::destroy();
     dynamic_singleton<logging::LogHelper>::inst().flush();
     armExitDeadline(exitCode);
-    NetServices::destroyShared();
+    endNetwork();
     dynamic_singleton<logging::LogHelper>::inst().flush();
     destroySingletons();
     return exitCode;

@@ -6,22 +6,10 @@
 #include "net/taskapi/TaskApiRunnable.h"
 #include "taskdb/SharedStorage.h"
 
-using namespace std::chrono_literals;
-
-namespace {
-/// For aborted requests to end; those that do not are left behind.
-constexpr auto requestPatience = 1s;
-} // namespace
-
 TaskCore::~TaskCore()
 {
-    if (m_client)
-        m_client->setDelegate(nullptr);
+    taskapi::TaskApiClient::shared()->setDelegate(nullptr);
     setSharedStorage(nullptr);
-    // What the user entered is written before anything waits for the network.
-    m_storage.reset();
-    if (m_client)
-        m_client->abortRequests(QDeadlineTimer(requestPatience));
 }
 
 TaskStorage::ErrorType TaskCore::init(const std::function<bool()>& guard)
@@ -31,8 +19,7 @@ TaskStorage::ErrorType TaskCore::init(const std::function<bool()>& guard)
     m_storage->setGuard(guard);
     setSharedStorage(m_storage.get());
     const TaskStorage::ErrorType result = m_storage->init();
-    m_client = taskapi::TaskApiClient::shared();
-    m_client->setDelegate(this);
+    taskapi::TaskApiClient::shared()->setDelegate(this);
     return result;
 }
 

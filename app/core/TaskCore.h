@@ -7,8 +7,7 @@
 #include <boost/shared_ptr.hpp>
 
 /// Creates the store, lends it to the rest of the program and lets it go last. Listens to the
-/// program's task-server client, whose requests it ends when it goes. Reached through
-/// dynamic_singleton; interface thread.
+/// program's task-server client. Reached through dynamic_singleton; interface thread.
 class TaskCore : private taskapi::ITaskApiClientDelegate
 {
 public:
@@ -30,7 +29,6 @@ private:
     void apiTaskFailed(taskapi::TaskApiClient* client, taskapi::TaskApiRunnable* task) override;
 
     boost::shared_ptr<TaskStorage> m_storage;
-    boost::shared_ptr<taskapi::TaskApiClient> m_client;
 };
 
 /// The running program's store; only after TaskCore::init().

@@ -2,16 +2,16 @@
 
 #include "app/base/Clock.h"
 #include "app/base/ProductHelper.h"
-#include "net/taskapi/CreateAccountReq.h"
+#include "net/taskapi/ClientLink.h"
 #include "net/taskapi/ITaskApiClientDelegate.h"
-#include "net/taskapi/LoginReq.h"
-#include "net/taskapi/LogoutReq.h"
-#include "net/taskapi/StatusReq.h"
+#include "net/taskapi/TaskRequests.h"
 
 #include <QMutexLocker>
 #include <QThreadPool>
 
 #include <boost/make_shared.hpp>
+
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -19,14 +19,17 @@ namespace taskapi {
 
 TaskApiClient::TaskApiClient(const ServerSettings& server)
     : m_server(server)
+    , m_link(std::make_shared<ClientLink>(this))
 {
 }
 
 TaskApiClient::~TaskApiClient()
 {
-    // With no callback running or to come, nobody sends anything any more.
-    setDelegate(nullptr);
-    abortRequests();
+    // Under one lock: in between, requests could end without leaving the list, or new ones begin.
+    m_link->with([this](ITaskApiRunnableDelegate* /*client*/) {
+        abortRequests();
+        m_link->cut();
+    });
 }
 
 boost::shared_ptr<TaskApiClient> TaskApiClient::shared()
@@ -38,8 +41,7 @@ boost::shared_ptr<TaskApiClient> TaskApiClient::shared()
 
 void TaskApiClient::setDelegate(ITaskApiClientDelegate* delegate)
 {
-    const QMutexLocker lock(&m_delegateMutex);
-    m_delegate = delegate;
+    m_link->with([&](ITaskApiRunnableDelegate* /*client*/) { m_delegate = delegate; });
 }
 
 void TaskApiClient::login(const QString& email, const QString& password)
@@ -73,38 +75,17 @@ void TaskApiClient::_runTask(std::unique_ptr<TaskApiRunnable> task)
 {
     if (ProductHelper::serviceHost().isEmpty())
         return;
-    task->setClient(this);
-    // Listed and started in one: abortRequests() finds it running or takes it back.
+    task->setClient(m_link);
     const QMutexLocker lock(&m_mutex);
-    // A delegate that answers failures with new requests must not keep abortRequests() for ever.
-    if (m_aborts > 0)
-        return;
     m_tasks.append(task.get());
     QThreadPool::globalInstance()->start(task.release());
 }
 
-void TaskApiClient::abortRequests(const QDeadlineTimer& deadline)
+void TaskApiClient::abortRequests()
 {
-    for (TaskApiRunnable* task : _abortAll())
-        task->run();
     const QMutexLocker lock(&m_mutex);
-    while (!m_tasks.isEmpty() && m_noTasks.wait(&m_mutex, deadline)) {
-    }
-    --m_aborts;
-}
-
-/// Returns those that the pool will not run.
-QList<TaskApiRunnable*> TaskApiClient::_abortAll()
-{
-    QList<TaskApiRunnable*> unstarted;
-    const QMutexLocker lock(&m_mutex);
-    ++m_aborts;
-    for (TaskApiRunnable* task : std::as_const(m_tasks)) {
+    for (TaskApiRunnable* task : std::as_const(m_tasks))
         task->abort();
-        if (QThreadPool::globalInstance()->tryTake(task))
-            unstarted.append(task);
-    }
-    return unstarted;
 }
 
 void TaskApiClient::loadSession() {}
@@ -125,24 +106,19 @@ QVariantMap TaskApiClient::user() const
 
 void TaskApiClient::taskCompleted(TaskApiRunnable* task)
 {
-    const bool succeeded = task->error().code() == ApiErrorCode::success;
-    if (succeeded && task->taskType() == TaskApiRunnable::Login) {
+    {
         const QMutexLocker lock(&m_mutex);
-        m_session.updateFromApiDict(task->result().toMap());
+        m_tasks.removeOne(task);
+        const bool succeeded = task->error().code() == ApiErrorCode::success;
+        if (succeeded && task->taskType() == TaskApiRunnable::Login)
+            m_session.updateFromApiDict(task->result().toMap());
     }
     _tellDelegate(task);
-
-    // The last that this thread touches: a destructor that waits goes on with the unlocking.
-    const QMutexLocker lock(&m_mutex);
-    m_tasks.removeOne(task);
     delete task;
-    if (m_tasks.isEmpty())
-        m_noTasks.wakeAll();
 }
 
 void TaskApiClient::_tellDelegate(TaskApiRunnable* task)
 {
-    const QMutexLocker lock(&m_delegateMutex);
     if (!m_delegate)
         return;
     if (task->error().code() == ApiErrorCode::success)

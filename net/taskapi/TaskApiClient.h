@@ -5,12 +5,9 @@
 #include "net/taskapi/ITaskApiRunnableDelegate.h"
 #include "net/taskapi/ServerSettings.h"
 
-#include <QDeadlineTimer>
 #include <QList>
 #include <QMutex>
-#include <QRecursiveMutex>
 #include <QVariant>
-#include <QWaitCondition>
 
 #include <boost/shared_ptr.hpp>
 
@@ -18,7 +15,9 @@
 
 namespace taskapi {
 
+class ClientLink;
 class ITaskApiClientDelegate;
+class TaskApiRunnable;
 
 /// Requests run on the global thread pool, several at once. Each one that was sent ends in one
 /// call of the delegate, while there is one. Any thread, unless a function says otherwise.
@@ -26,18 +25,17 @@ class TaskApiClient final : public ITaskApiRunnableDelegate
 {
 public:
     explicit TaskApiClient(const ServerSettings& server = {});
-    /// Aborts what is under way, without telling the delegate, and waits for it. Not from within a
-    /// callback.
+    /// Aborts what is under way, without telling the delegate, and waits for no more than a call of
+    /// the delegate to return. Not from within one.
     ~TaskApiClient() override;
     Q_DISABLE_COPY_MOVE(TaskApiClient)
 
-    /// The program's client, made by the first call. Nobody destroys it: at the program's end its
-    /// requests are aborted by whoever listens to it.
+    /// The program's client, made by the first call and never destroyed.
     [[nodiscard]] static boost::shared_ptr<TaskApiClient> shared();
 
     /// Not owned; null for none. Once this returns, the former delegate is not being called and
     /// will not be. It is called in pool threads, one call at a time, and may use the client from
-    /// there, but must not wait for another thread that calls setDelegate() or abortRequests().
+    /// there, but must not wait for another request, or for a thread that calls setDelegate().
     void setDelegate(ITaskApiClientDelegate* delegate);
 
     // These return at once. A program without a service sends nothing.
@@ -48,10 +46,8 @@ public:
     /// Sends nothing without a session that has a token and has not expired.
     void status(int revision);
 
-    /// Fails every request that is not over and waits until none is left, or until the deadline.
-    /// Those that the pool had not started end in this thread, the delegate's calls included.
-    /// Meanwhile, calls that would send a request do nothing. Not from within a callback.
-    void abortRequests(const QDeadlineTimer& deadline = QDeadlineTimer(QDeadlineTimer::Forever));
+    /// Has every request that is not over fail soon, and returns at once.
+    void abortRequests();
 
     // The session lives in memory only: places to keep it for the next start.
     void loadSession();
@@ -61,6 +57,7 @@ public:
     [[nodiscard]] QVariantMap session() const;
     [[nodiscard]] QVariantMap user() const;
 
+    /// Called by requests through their ClientLink.
     void taskCompleted(TaskApiRunnable* task) override;
     [[nodiscard]] QString taskServerSecret() const override;
     [[nodiscard]] QString taskServerHost() const override;
@@ -70,21 +67,18 @@ public:
 
 private:
     void _runTask(std::unique_ptr<TaskApiRunnable> task);
-    [[nodiscard]] QList<TaskApiRunnable*> _abortAll();
     void _tellDelegate(TaskApiRunnable* task);
 
     const ServerSettings m_server;
 
-    /// Held during the delegate's calls. Taken before m_mutex where both are.
-    QRecursiveMutex m_delegateMutex;
-    ITaskApiClientDelegate* m_delegate = nullptr;
+    /// Locked during the delegate's calls, and before m_mutex where both are.
+    const std::shared_ptr<ClientLink> m_link;
+    ITaskApiClientDelegate* m_delegate = nullptr; ///< guarded by the link
 
     mutable QMutex m_mutex; ///< guards the rest
     ApiSession m_session;
     ApiUser m_user;
-    QList<TaskApiRunnable*> m_tasks; ///< owned: sent and not over
-    QWaitCondition m_noTasks;
-    int m_aborts = 0; ///< calls of abortRequests() under way
+    QList<TaskApiRunnable*> m_tasks; ///< sent and not over
 };
 
 } // namespace taskapi

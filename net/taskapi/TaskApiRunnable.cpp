@@ -2,8 +2,6 @@
 
 #include "app/base/LogHelper.h"
 #include "net/Json.h"
-#include "net/NetServices.h"
-#include "net/taskapi/ITaskApiRunnableDelegate.h"
 
 #include <QMutexLocker>
 #include <QUrlQuery>
@@ -48,9 +46,16 @@ TaskApiRunnable::~TaskApiRunnable() = default;
 void TaskApiRunnable::run()
 {
     m_error = _exchange();
-    // This object is gone afterwards.
-    if (m_client)
-        m_client->taskCompleted(this);
+    // A copy, since this object is deleted while the link is locked.
+    const std::shared_ptr<ClientLink> link = m_client;
+    if (!link)
+        return;
+    link->with([this](ITaskApiRunnableDelegate* client) {
+        if (client)
+            client->taskCompleted(this);
+        else
+            delete this;
+    });
 }
 
 ApiError TaskApiRunnable::_exchange()
@@ -64,7 +69,7 @@ ApiError TaskApiRunnable::_exchange()
         m_connection = connection.get();
     }
     if (connection)
-        connection->setReferer(NetServices::httpReferer());
+        connection->setReferer(net::HttpConnection::programReferer());
     ApiError error = runWithConnection(connection);
     const QMutexLocker lock(&m_mutex);
     m_connection = nullptr;
@@ -75,7 +80,7 @@ void TaskApiRunnable::abort()
 {
     const QMutexLocker lock(&m_mutex);
     m_aborted = true;
-    // Under the lock: the connection has to end in the thread that uses it.
+    // Under the lock: the thread of the request destroys the connection.
     if (m_connection)
         m_connection->abort();
 }
@@ -135,14 +140,14 @@ int TaskApiRunnable::method() const
 
 QUrl TaskApiRunnable::urlForPath(const QString& path) const
 {
-    QUrl url;
-    if (m_client) {
-        url.setScheme(m_client->taskServerScheme());
-        url.setHost(m_client->taskServerHost());
-        url.setPort(m_client->taskServerPort());
+    return askClient([&path](const ITaskApiRunnableDelegate& client) {
+        QUrl url;
+        url.setScheme(client.taskServerScheme());
+        url.setHost(client.taskServerHost());
+        url.setPort(client.taskServerPort());
         url.setPath(path);
-    }
-    return url;
+        return url;
+    });
 }
 
 QVariant TaskApiRunnable::payload() const
@@ -163,7 +168,8 @@ bool TaskApiRunnable::addAuthHeader() const
 net::HttpHeaders TaskApiRunnable::_headers() const
 {
     net::HttpHeaders headers = extraHeaders();
-    const QString token = m_client && addAuthHeader() ? m_client->userAuthToken() : QString();
+    const QString token =
+        addAuthHeader() ? askClient(&ITaskApiRunnableDelegate::userAuthToken) : QString();
     if (!token.isEmpty())
         headers.insert(u"Authorization"_s, u"OAuth2 "_s + token);
     return headers;

@@ -3,18 +3,22 @@
 
 #include "net/HttpConnection.h"
 #include "net/taskapi/ApiError.h"
+#include "net/taskapi/ClientLink.h"
+#include "net/taskapi/ITaskApiRunnableDelegate.h"
 
 #include <QMutex>
 #include <QRunnable>
 #include <QUrl>
 #include <QVariantMap>
 
+#include <functional>
+#include <memory>
+#include <type_traits>
+
 namespace taskapi {
 
-class ITaskApiRunnableDelegate;
-
-/// Does its one exchange in whatever thread runs it, and then hands itself to its client. Without
-/// a client it goes nowhere and stays its creator's.
+/// Does its one exchange in whatever thread runs it, and then hands itself to its client, or
+/// deletes itself if that is gone. Without a client it goes nowhere and stays its creator's.
 class TaskApiRunnable : public QRunnable
 {
 public:
@@ -60,9 +64,9 @@ public:
     /// Whether the client's token goes along.
     [[nodiscard]] virtual bool addAuthHeader() const;
 
-    /// Not owned; outlives the request. Set before it runs.
-    void setClient(ITaskApiRunnableDelegate* client) { m_client = client; }
-    /// Any thread: the exchange fails at once, under way or yet to come.
+    /// Set before it runs.
+    void setClient(const std::shared_ptr<ClientLink>& client) { m_client = client; }
+    /// Any thread; returns at once. The exchange fails soon, under way or yet to come.
     void abort();
 
     /// For the client and its delegate, once the request is over.
@@ -71,13 +75,23 @@ public:
     [[nodiscard]] const QVariant& result() const { return m_result; }
 
 protected:
-    [[nodiscard]] const ITaskApiRunnableDelegate* client() const { return m_client; }
+    /// What `ask`, a function or a getter, tells of the client; an empty value without one.
+    template <typename Ask>
+    [[nodiscard]] auto askClient(Ask ask) const
+    {
+        using Answer = std::invoke_result_t<Ask, const ITaskApiRunnableDelegate&>;
+        if (!m_client)
+            return Answer();
+        return m_client->with([&ask](const ITaskApiRunnableDelegate* client) {
+            return client ? std::invoke(ask, *client) : Answer();
+        });
+    }
 
 private:
     ApiError _exchange();
     [[nodiscard]] net::HttpHeaders _headers() const;
 
-    ITaskApiRunnableDelegate* m_client = nullptr;
+    std::shared_ptr<ClientLink> m_client;
     ApiError m_error;
     QVariant m_result;
 
