@@ -2,22 +2,49 @@
 
 #include "net/Tls.h"
 
+#include <QProcess>
+#include <QResource>
 #include <QSslCertificate>
 #include <QSslKey>
 #include <QSslSocket>
+#include <QTemporaryDir>
 
 using namespace Qt::StringLiterals;
 
-void TestServer::Identity::encrypt(QSslSocket& socket) const
+namespace {
+/// Bodies come in one piece.
+bool isComplete(const QByteArray& request)
 {
-    socket.setLocalCertificate(QSslCertificate(certificate));
-    socket.setPrivateKey(QSslKey(key, QSsl::Ec));
+    return request.contains("\r\n\r\n") &&
+           !(request.startsWith("POST") && request.endsWith("\r\n\r\n"));
+}
+
+/// Returns what the script puts out.
+QByteArray runScript(const QString& script, const QStringList& arguments,
+                     const QByteArray& input = {})
+{
+    const QTemporaryDir folder;
+    QProcess process;
+    process.setWorkingDirectory(folder.path());
+    process.start(u"sh"_s, QStringList{u"-ec"_s, script, u"sh"_s} + arguments);
+    process.write(input);
+    process.closeWriteChannel();
+    if (!process.waitForFinished() || process.exitCode() != 0)
+        qFatal("%s: %s", qPrintable(script), process.readAllStandardError().constData());
+    return process.readAllStandardOutput();
+}
+} // namespace
+
+void encrypt(QSslSocket& socket, const QByteArray& identity)
+{
+    socket.setLocalCertificate(QSslCertificate(identity));
+    socket.setPrivateKey(QSslKey(identity, QSsl::Ec));
     socket.startServerEncryption();
 }
 
-TestServer::TestServer(Answer answer, Identity identity)
+TestServer::TestServer(Answer answer, const QByteArray& identity)
     : m_answer(std::move(answer))
-    , m_identity(std::move(identity))
+    , m_identity(identity)
 {
     net::ensureTls();
     if (!listen(QHostAddress::LocalHost))
@@ -28,46 +55,56 @@ void TestServer::incomingConnection(qintptr handle)
 {
     auto* const socket = new QSslSocket(this);
     socket->setSocketDescriptor(handle);
-    connect(socket, &QIODevice::readyRead, socket,
-            [this, socket, got = QByteArray()]() mutable { _read(*socket, got); });
+    connect(socket, &QIODevice::readyRead, this, [this, socket, got = QByteArray()]() mutable {
+        got += socket->readAll();
+        if (!isComplete(got))
+            return;
+        m_requests.append(std::exchange(got, {}));
+        m_answer(m_requests.last(), *socket);
+    });
     connect(socket, &QAbstractSocket::disconnected, socket, &QObject::deleteLater);
-    if (!m_identity.certificate.isEmpty())
-        m_identity.encrypt(*socket);
-}
-
-void TestServer::_read(QSslSocket& socket, QByteArray& got)
-{
-    got += socket.readAll();
-    const qsizetype head = got.indexOf("\r\n\r\n");
-    if (head < 0)
-        return;
-    QList<QByteArray> lines = got.first(head).split('\n');
-    const QList<QByteArray> first = lines.takeFirst().split(' ');
-    Request request{first.value(0), first.value(1), got.sliced(head + 4), {}};
-    for (const QByteArray& line : std::as_const(lines)) {
-        const qsizetype colon = line.indexOf(':');
-        request.headers.insert(line.first(colon).toLower(), line.sliced(colon + 1).trimmed());
-    }
-    if (request.body.size() < request.headers.value("content-length").toLongLong())
-        return;
-    got.clear();
-    m_requests.append(request);
-    m_answer(request, socket);
+    if (!m_identity.isEmpty())
+        encrypt(*socket, m_identity);
 }
 
 QUrl TestServer::url(const QString& path) const
 {
-    QUrl url(path);
-    url.setScheme(m_identity.certificate.isEmpty() ? u"http"_s : u"https"_s);
-    url.setHost(u"127.0.0.1"_s);
-    url.setPort(serverPort());
-    return url;
+    const QString scheme = m_identity.isEmpty() ? u"http"_s : u"https"_s;
+    return QUrl(u"%1://127.0.0.1:%2%3"_s.arg(scheme).arg(serverPort()).arg(path));
 }
 
 QByteArray TestServer::answer(int status, const QByteArray& body, const QByteArray& headers)
 {
     return "HTTP/1.1 " + QByteArray::number(status) + " Status\r\nConnection: close\r\n" +
            "Content-Length: " + QByteArray::number(body.size()) + "\r\n" + headers + "\r\n" + body;
+}
+
+QByteArray makeIdentity(const QString& name, int days)
+{
+    // Only a second signing may set an end in the past.
+    return runScript(u"openssl ecparam -name prime256v1 -genkey -noout | tee key;"
+                     "openssl req -x509 -key key -subj /CN=test -addext subjectAltName=$1 |"
+                     "openssl x509 -signkey key -days $2"_s,
+                     {name, QString::number(days)});
+}
+
+PinnedCertificate::PinnedCertificate(const QByteArray& pem)
+    : m_resource(runScript(u"cat >server.pem; echo '<RCC><qresource prefix=\"/network\">"
+                           "<file>server.pem</file></qresource></RCC>' >list; $1 --binary list"_s,
+                           {QStringLiteral(MVR_RCC)}, pem))
+{
+    if (!QResource::registerResource(_data()))
+        qFatal("the pinned certificate cannot be registered");
+}
+
+PinnedCertificate::~PinnedCertificate()
+{
+    QResource::unregisterResource(_data());
+}
+
+const uchar* PinnedCertificate::_data() const
+{
+    return reinterpret_cast<const uchar*>(m_resource.constData());
 }
 
 QByteArray json(QByteArray text)

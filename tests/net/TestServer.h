@@ -1,7 +1,6 @@
-// A web server on the local host that does what a test tells it.
+// A web server on the local host that does what a test tells it, and certificates for it.
 #pragma once
 
-#include <QHash>
 #include <QTcpServer>
 #include <QUrl>
 
@@ -13,30 +12,16 @@ class QSslSocket;
 class TestServer final : public QTcpServer
 {
 public:
-    struct Request
-    {
-        QByteArray method, target, body;
-        QHash<QByteArray, QByteArray> headers; ///< by their names in lower case
-    };
+    /// Told of each complete request, as it came; answers by writing to the socket.
+    using Answer = std::function<void(const QByteArray& request, QSslSocket& socket)>;
 
-    /// Told of each complete request; answers by writing to the socket.
-    using Answer = std::function<void(const Request&, QSslSocket&)>;
-
-    /// PEM texts; without them the server speaks plain HTTP.
-    struct Identity
-    {
-        QByteArray certificate, key;
-
-        /// Has the socket go on with TLS, as the server's side.
-        void encrypt(QSslSocket& socket) const;
-    };
-
-    explicit TestServer(Answer answer, Identity identity = {});
+    /// Speaks plain HTTP without an identity.
+    explicit TestServer(Answer answer, const QByteArray& identity = {});
 
     /// The address of `path` on this server, by its number: not every system can look up names.
     [[nodiscard]] QUrl url(const QString& path) const;
     /// The requests so far.
-    [[nodiscard]] const QList<Request>& requests() const { return m_requests; }
+    [[nodiscard]] const QByteArrayList& requests() const { return m_requests; }
 
     /// A whole answer with its length, after which the connection is closed.
     [[nodiscard]] static QByteArray answer(int status, const QByteArray& body,
@@ -46,11 +31,30 @@ protected:
     void incomingConnection(qintptr handle) override;
 
 private:
-    void _read(QSslSocket& socket, QByteArray& got);
-
     Answer m_answer;
-    Identity m_identity;
-    QList<Request> m_requests;
+    QByteArray m_identity;
+    QByteArrayList m_requests;
+};
+
+/// A new key and a certificate that it signs itself, in PEM, for a name such as "DNS:a.example" or
+/// "IP:127.0.0.1"; one that is not valid any more if `days` is negative.
+[[nodiscard]] QByteArray makeIdentity(const QString& name, int days = 2);
+/// Has the socket go on with TLS, as the server's side.
+void encrypt(QSslSocket& socket, const QByteArray& identity);
+
+/// While it lives, the program takes the first certificate of this PEM text for that of its own
+/// servers.
+class PinnedCertificate
+{
+public:
+    explicit PinnedCertificate(const QByteArray& pem);
+    ~PinnedCertificate();
+    Q_DISABLE_COPY_MOVE(PinnedCertificate)
+
+private:
+    [[nodiscard]] const uchar* _data() const;
+
+    QByteArray m_resource;
 };
 
 /// JSON that is readable in source code: written with the other kind of quotes.

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "app/base/ProductHelper.h"
-#include "tests/net/Certificates.h"
+#include "tests/net/TestServer.h"
 
 #include <QNetworkProxy>
 #include <QSslSocket>
@@ -13,11 +13,6 @@ class UpdateService
 {
 public:
     UpdateService()
-        : m_identity(makeIdentity(QStringLiteral("DNS:") + ProductHelper::serviceHost()))
-        , m_pin(m_identity.certificate)
-        , server([this](const TestServer::Request& request, QSslSocket& socket) {
-            _answer(request, socket);
-        })
     {
         QNetworkProxy::setApplicationProxy(
             {QNetworkProxy::HttpProxy, QStringLiteral("127.0.0.1"), server.serverPort()});
@@ -26,20 +21,18 @@ public:
     Q_DISABLE_COPY_MOVE(UpdateService)
 
 private:
-    void _answer(const TestServer::Request& request, QSslSocket& socket) const
-    {
-        if (request.method != "CONNECT") {
+    const QByteArray m_identity =
+        makeIdentity(QStringLiteral("DNS:") + ProductHelper::serviceHost());
+    const PinnedCertificate m_pin{m_identity};
+
+public:
+    QByteArray answer; ///< sent to every request; nothing while it is empty
+    TestServer server{[this](const QByteArray& request, QSslSocket& socket) {
+        if (!request.startsWith("CONNECT ")) {
             socket.write(answer);
             return;
         }
         socket.write("HTTP/1.1 200 Go ahead\r\n\r\n");
-        m_identity.encrypt(socket);
-    }
-
-    TestServer::Identity m_identity;
-    PinnedCertificate m_pin;
-
-public:
-    QByteArray answer; ///< sent to every request; nothing while it is empty
-    TestServer server;
+        encrypt(socket, m_identity);
+    }};
 };
