@@ -1,5 +1,6 @@
 // The database file: what is written, what is read, and what is refused and stays.
 
+#include "app/base/Clock.h"
 #include "taskdb/TaskStorageReader.h"
 #include "taskdb/TaskStorageSnapsot.h"
 #include "taskdb/TaskStorageWriter.h"
@@ -47,7 +48,8 @@ void addRows(const QString& folder)
     }
 }
 
-/// What an odd file holds besides the built-in groups: "Group/icon:task,task;…;name|notes|done".
+/// What an odd file holds besides the built-in groups: as "Group/icon:task,task", and
+/// each task as "name|notes|done|due|created".
 QString described(const TaskStorage& store)
 {
     QStringList lines;
@@ -62,8 +64,14 @@ QString described(const TaskStorage& store)
         lines += group.name() + u'/' + group.iconName() + u':' + names.join(u',');
     }
     QStringList tasks;
-    for (const TodoTask& task : snapshot.tasks())
-        tasks += task.name() + u'|' + task.notes() + u'|' + (task.completed() ? u"yes" : u"no");
+    const auto raw = [](qint64 time) {
+        return time == TodoTask::noTime ? u"none"_s : QString::number(time);
+    };
+    for (const TodoTask& task : snapshot.tasks()) {
+        const TodoTask::RawTimes times = task.rawTimes();
+        tasks += task.name() + u'|' + task.notes() + u'|' + (task.completed() ? u"yes" : u"no") +
+                 u'|' + raw(times.due) + u'|' + raw(times.created);
+    }
     tasks.sort();
     return (lines + tasks).join(u';').replace(u'\n', u"\\n"_s);
 }
@@ -89,23 +97,17 @@ private Q_SLOTS:
     void anyTextComesBack()
     {
         const LogWatch log;
-        const auto withCodes = [](std::initializer_list<int> codes) {
-            QString text = u"a"_s;
-            for (const int code : codes)
-                text += QChar(code);
-            return text;
-        };
         const QString same = u" \n\na \t b\n <b>&amp;]]>\"'</b><!-- -->🎹 क्षि שלום\uE000\uFEFF "_s;
         const QString longText = QString(300000, u'x') + u"€"_s + QString(300000, u'й');
         const QList<std::pair<QString, QString>> texts{
             {same, same},
             {longText, longText},
             {u"a\r\nb\rc"_s, u"a\nb\nc"_s},
-            {withCodes({0, 0x1B, u'z'}), u"a\uFFFD\uFFFDz"_s},
-            {withCodes({0xD800, u'z'}), u"a\uFFFDz"_s},
-            {withCodes({0xDC00, 0xD800, u'z'}), u"a\uFFFD\uFFFDz"_s},
-            {withCodes({0xFFFE, 0xFFFF, u'z'}), u"a\uFFFD\uFFFDz"_s},
-            {withCodes({0xD83C}), u"a\uFFFD"_s},
+            {u"a\0\x1Bz"_s, u"a\uFFFD\uFFFDz"_s},
+            {u"a\xD800z"_s, u"a\uFFFDz"_s},
+            {u"a\xDC00\xD800z"_s, u"a\uFFFD\uFFFDz"_s},
+            {u"a\xFFFE\xFFFFz"_s, u"a\uFFFD\uFFFDz"_s},
+            {u"a\xD83C"_s, u"a\uFFFD"_s},
         };
         for (const auto& [text, back] : texts) {
             StoreBuilder builder;
@@ -154,7 +156,10 @@ private Q_SLOTS:
         QFETCH(QString, path);
         QFETCH(QStringList, expected);
         const LogWatch log;
+        // What says nothing of its creation was created now.
+        Clock::freeze(QDateTime::fromMSecsSinceEpoch(7));
         const StoreBuilder builder(path);
+        Clock::release();
         QCOMPARE(builder.result, TaskStorage::NoError);
         QCOMPARE(builder.store.modification(), 0);
         QCOMPARE(QStringList{described(builder.store)}, expected);

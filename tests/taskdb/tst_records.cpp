@@ -23,25 +23,6 @@ private Q_SLOTS:
         Clock::release();
     }
 
-    void loadsTimes()
-    {
-        const auto loaded = [](const QString& time) {
-            TodoTask task;
-            task.load(u"{0f1e2d3c-4b5a-6978-8796-a5b4c3d2e1f0}", {}, {}, {}, time, time, {}, {});
-            return task;
-        };
-        for (const QString& none : {u""_s, u"tomorrow"_s, u"12.5"_s, u"99999999999999999999"_s,
-                                    u"9223372036854775807"_s}) {
-            QVERIFY2(!loaded(none).timeDue().isValid(), qPrintable(none));
-            QCOMPARE(loaded(none).timeCreated(), Clock::now());
-        }
-        for (const qint64 time : {Q_INT64_C(0), Q_INT64_C(-1000), Q_INT64_C(1356998400000)}) {
-            const TodoTask task = loaded(QString::number(time));
-            QCOMPARE(task.timeDue(), QDateTime::fromMSecsSinceEpoch(time, Qt::UTC));
-            QCOMPARE(task.timeCreated(), task.timeDue());
-        }
-    }
-
     void countsDaysByTheCalendar()
     {
         const QDate today = Clock::today();

@@ -200,11 +200,11 @@ private Q_SLOTS:
         const LogWatch log;
         StoreBuilder builder(QFINDTESTDATA("../data/odd/group-twice.xml"));
         QList<FocusGroup::Id> ids;
-        builder.store.enumGroups(ids);
-        QCOMPARE(ids.size(), 5);
-        builder.store.removeGroup(ids.last());
-        builder.store.enumGroups(ids);
-        QCOMPARE(ids.size(), 3);
+        for (const int left : {5, 3}) {
+            builder.store.enumGroups(ids);
+            QCOMPARE(ids.size(), left);
+            builder.store.removeGroup(ids.last());
+        }
     }
 
     void handlersMayCallTheStore()
