@@ -135,6 +135,8 @@ private Q_SLOTS:
         const auto first = startFirst({folder.path()});
         first->command(u"quit"_s);
         QCOMPARE(first->line(), u"ending"_s);
+        const QDir entries(folder.path(), u"*.socket"_s, {}, QDir::AllEntries | QDir::System);
+        QVERIFY2(entries.entryList().isEmpty(), "it does not listen any more");
 
         const auto next = startCopy({folder.path()});
         QCOMPARE(next->line(), u"starting"_s);

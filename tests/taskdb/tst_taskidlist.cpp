@@ -35,7 +35,7 @@ private Q_SLOTS:
     {
         QRandomGenerator random(20260101);
         QList<QUuid> pool{QUuid()};
-        while (pool.size() < 3000)
+        while (pool.size() < 1000)
             pool += QUuid::createUuid();
         const auto any = [&] { return pool.at(random.bounded(pool.size())); };
         TaskIdList list;
@@ -43,13 +43,14 @@ private Q_SLOTS:
         QList<std::pair<TaskIdList, QList<QUuid>>> copies;
         for (int step = 0; step < 20000; ++step) {
             const QUuid id = any();
-            const int what = random.bounded(100);
-            if (what < 50) {
+            const int what = random.bounded(1000);
+            // It grows and shrinks by turns, so that blocks fill, split and merge.
+            if (what < (step / 2000 % 2 == 0 ? 800 : 150)) {
                 const bool isNew = !id.isNull() && !plain.contains(id);
                 QCOMPARE(list.append(id), isNew);
                 if (isNew)
                     plain.append(id);
-            } else if (what < 97) {
+            } else if (what < 995) {
                 QCOMPARE(list.remove(id), plain.removeAll(id) > 0);
             } else {
                 // A long block, and a few that may be absent, given twice or the anchor.
