@@ -70,7 +70,6 @@ SelectIconWidget::SelectIconWidget(QWidget* parent)
     setEditTriggers(NoEditTriggers);
     setWrapping(false);
     setSpacing(itemSpacing);
-    setMinimumHeight(lowestHeight);
     setHorizontalScrollBar(new FancyScrollbar(Qt::Horizontal, this));
     setVerticalScrollBar(new FancyScrollbar(Qt::Vertical, this));
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -79,6 +78,7 @@ SelectIconWidget::SelectIconWidget(QWidget* parent)
     connect(this, &QListWidget::itemClicked, this, &SelectIconWidget::_onItemActivated);
     connect(this, &QListWidget::itemDoubleClicked, this, &SelectIconWidget::_onItemDoubleClicked);
     _fetchIcons();
+    _fitHeight();
 }
 
 QString SelectIconWidget::iconKey() const
@@ -143,6 +143,8 @@ void SelectIconWidget::changeEvent(QEvent* event)
     QListWidget::changeEvent(event);
     if (event->type() == QEvent::LanguageChange)
         _renameItems();
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
+        _fitHeight();
 }
 
 QItemSelectionModel::SelectionFlags
@@ -181,6 +183,14 @@ void SelectIconWidget::_renameItems()
         item(i)->setText(iconName(m_keys.at(i)));
     scheduleDelayedItemsLayout();
     _showCurrent();
+}
+
+/// The view cuts off items that are taller than itself.
+void SelectIconWidget::_fitHeight()
+{
+    const int height = sizeHintForRow(0) + 2 * itemSpacing +
+                       horizontalScrollBar()->sizeHint().height() + 2 * frameWidth();
+    setMinimumHeight(qMax(lowestHeight, height));
 }
 
 void SelectIconWidget::_showCurrent()

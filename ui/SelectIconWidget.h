@@ -47,6 +47,7 @@ private Q_SLOTS:
 private:
     void _fetchIcons();
     void _renameItems();
+    void _fitHeight();
     void _showCurrent();
 
     QHash<QString, QPair<QString, QIcon>> m_catalogue;

@@ -77,6 +77,16 @@ private Q_SLOTS:
         }
     }
 
+    void largeNamesAreNotCutOff()
+    {
+        const QFont font = QApplication::font();
+        QApplication::setFont(QFont(font.family(), 30));
+        open(new EditGroupDialog(nullptr));
+        const QRect current = icons().visualItemRect(icons().currentItem());
+        QVERIFY(current.height() >= icons().sizeHintForRow(0));
+        QApplication::setFont(font);
+    }
+
     /// Ten in a row make the joke, whether the name is empty or blank.
     void refusals()
     {
