@@ -74,21 +74,18 @@ private Q_SLOTS:
     {
         QVERIFY(_show({}));
         m_edit->setFocus();
-        QSet<QString> formats;
         for (const QLocale& locale : QLocale::matchingLocales(
-                 QLocale::AnyLanguage, QLocale::AnyScript, QLocale::AnyTerritory))
-            formats += locale.dateFormat(QLocale::ShortFormat);
-        QVERIFY(formats.size() > 20);
-        for (const QString& format : std::as_const(formats)) {
-            m_format = format;
+                 QLocale::AnyLanguage, QLocale::AnyScript, QLocale::AnyTerritory)) {
+            m_format = locale.dateFormat(QLocale::ShortFormat);
             for (const QDate& date : {QDate(2026, 1, 2), QDate(1999, 12, 31), QDate(2030, 10, 9)}) {
                 m_date->setValue(date.startOfDay());
                 const QString typed = m_edit->text().remove(QChar(0x200f));
                 m_date->setValue({});
                 m_edit->insert(typed);
-                QVERIFY2(m_told.last() == date, qPrintable(format));
+                QVERIFY2(m_told.last() == date, qPrintable(locale.name()));
             }
         }
+        QVERIFY(m_told.size() > 1000);
     }
 
     void whatIsNoDateIsMarked()
@@ -106,6 +103,14 @@ private Q_SLOTS:
         m_edit->setFocus();
         QTest::keyClicks(m_edit, u"3.4.2013"_s);
         QVERIFY(m_edit->palette() == plain && m_edit->toolTip().isEmpty());
+
+        // A stored date may be one that cannot be typed.
+        for (const QDate& odd : {QDate(12345, 6, 7), QDate(-5, 1, 1)}) {
+            m_date->setValue(odd.startOfDay());
+            QVERIFY(m_edit->toolTip().isEmpty() && !_popup()->grab().isNull());
+            QTest::keyClick(m_edit, Qt::Key_Return);
+            QCOMPARE(m_edit->text(), odd.toString(m_format));
+        }
     }
 
     void tomorrowIsTheExample()
@@ -123,18 +128,6 @@ private Q_SLOTS:
         QCOMPARE(m_told, QList<QDate>{tomorrow.addDays(1)});
         m_other->setFocus();
         QCOMPARE(m_edit->text(), u"10.10.2026"_s);
-    }
-
-    void oddDatesAreShownAndPainted()
-    {
-        for (const QDate& date : {QDate(12345, 6, 7), QDate(-5, 1, 1)}) {
-            QVERIFY(_show(date));
-            m_edit->setFocus();
-            QVERIFY(!_popup()->grab().isNull());
-            QTest::keyClick(m_edit, Qt::Key_Return);
-            QCOMPARE(m_edit->text(), date.toString(m_format));
-            QVERIFY2(m_edit->toolTip().isEmpty(), "it is no date that can be typed, but stored");
-        }
     }
 
     void popupFollowsItsField()

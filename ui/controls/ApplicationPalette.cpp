@@ -62,17 +62,16 @@ QPalette lightPalette()
 
 void fancy::replaceDarkPalette()
 {
-    const QPalette light = lightPalette();
     if (isDark(QApplication::palette()))
-        QApplication::setPalette(light);
+        QApplication::setPalette(lightPalette());
     if (isDark(QToolTip::palette()))
-        QToolTip::setPalette(light);
+        QToolTip::setPalette(lightPalette());
     // Of these the desktop may choose the colours apart.
     for (const char* name :
          {"QAbstractButton", "QAbstractItemView", "QCheckBox", "QComboBox", "QGroupBox",
           "QHeaderView", "QLabel", "QLineEdit", "QMenu", "QMenuBar", "QMessageBoxLabel",
           "QRadioButton", "QTabBar", "QTextEdit", "QTipLabel", "QToolButton"}) {
         if (isDark(QApplication::palette(name)))
-            QApplication::setPalette(light, name);
+            QApplication::setPalette(lightPalette(), name);
     }
 }
