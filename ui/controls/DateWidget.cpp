@@ -31,13 +31,11 @@ QString tomorrowsText()
     return toText(Clock::today().addDays(1).startOfDay());
 }
 
-/// Without what no keyboard has: direction marks, and blanks of other kinds.
+/// Without direction marks, which no keyboard has.
 QString typable(QString text)
 {
     for (const char16_t mark : {u'\u061c', u'\u200e', u'\u200f'})
         text.remove(QChar(mark));
-    for (const char16_t blank : {u'\u00a0', u'\u202f'})
-        text.replace(QChar(blank), u' ');
     return text;
 }
 
