@@ -34,7 +34,7 @@ MVRApp::MVRApp(const QString& id, int& argc, char** argv)
 
 bool MVRApp::event(QEvent* event)
 {
-    // Desktops turn dark in the evening.
+    // The desktop may turn dark at any time.
     if (event->type() == QEvent::ApplicationPaletteChange)
         fancy::replaceDarkPalette();
     return QtSingleApplication::event(event);
