@@ -1,6 +1,6 @@
-// A session manager for tests. Prints the address it listens at, obeys the commands "save",
-// "shutdown" and "die" on standard input, and prints what its one client does. The client is told
-// to die when it has saved for a shutdown.
+// A session manager for tests. Prints the address it listens at, obeys the commands "save" and
+// "shutdown" on standard input, and prints what its one client does. The client is told to die
+// when it has saved for a shutdown.
 #include <X11/ICE/ICElib.h>
 #include <X11/ICE/ICEutil.h>
 #include <X11/SM/SMlib.h>
@@ -9,13 +9,10 @@
 #include <cstdlib>
 #include <poll.h>
 #include <string>
-#include <string_view>
 #include <unistd.h>
-#include <vector>
 
 namespace {
 
-IceConn connection = nullptr;
 SmsConn client = nullptr;
 bool shuttingDown = false;
 
@@ -40,13 +37,9 @@ void onSaved(SmsConn from, SmPointer /*data*/, Bool /*success*/)
         SmsSaveComplete(from);
 }
 
-void onClose(SmsConn from, SmPointer /*data*/, int count, char** reasons)
+void onClose(SmsConn /*from*/, SmPointer /*data*/, int count, char** reasons)
 {
     SmFreeReasons(count, reasons);
-    SmsCleanUp(from);
-    IceSetShutdownNegotiation(connection, False);
-    IceCloseConnection(connection);
-    connection = nullptr;
     client = nullptr;
     std::puts("closed");
 }
@@ -58,28 +51,20 @@ void onProperties(SmsConn /*from*/, SmPointer /*data*/, int count, SmProp** prop
     std::free(properties);
 }
 
+/// Answers what the toolkit sends; it asks for nothing else.
 Status onNewClient(SmsConn /*from*/, SmPointer /*data*/, unsigned long* mask,
                    SmsCallbacks* callbacks, char** /*reason*/)
 {
-    *mask = SmsRegisterClientProcMask | SmsInteractRequestProcMask | SmsInteractDoneProcMask |
-            SmsSaveYourselfRequestProcMask | SmsSaveYourselfP2RequestProcMask |
-            SmsSaveYourselfDoneProcMask | SmsCloseConnectionProcMask | SmsSetPropertiesProcMask |
-            SmsDeletePropertiesProcMask | SmsGetPropertiesProcMask;
+    *mask = SmsRegisterClientProcMask | SmsSaveYourselfDoneProcMask | SmsCloseConnectionProcMask |
+            SmsSetPropertiesProcMask | SmsInteractRequestProcMask | SmsInteractDoneProcMask |
+            SmsDeletePropertiesProcMask;
     callbacks->register_client.callback = onRegister;
     callbacks->save_yourself_done.callback = onSaved;
     callbacks->close_connection.callback = onClose;
     callbacks->set_properties.callback = onProperties;
     callbacks->interact_request.callback = [](SmsConn from, SmPointer, int) { SmsInteract(from); };
     callbacks->interact_done.callback = [](SmsConn, SmPointer, Bool) {};
-    callbacks->save_yourself_request.callback = [](SmsConn, SmPointer, int, Bool, int, Bool, Bool) {
-    };
-    callbacks->save_yourself_phase2_request.callback = [](SmsConn from, SmPointer) {
-        SmsSaveYourselfPhase2(from);
-    };
     callbacks->delete_properties.callback = [](SmsConn, SmPointer, int, char**) {};
-    callbacks->get_properties.callback = [](SmsConn from, SmPointer) {
-        SmsReturnProperties(from, 0, nullptr);
-    };
     return 1;
 }
 
@@ -88,24 +73,11 @@ Bool letIn(char* /*host*/)
     return True;
 }
 
-void accept(IceListenObj listener)
+void obey(const std::string& command)
 {
-    IceAcceptStatus status = IceAcceptSuccess;
-    connection = IceAcceptConnection(listener, &status);
-    while (connection && IceConnectionStatus(connection) == IceConnectPending)
-        IceProcessMessages(connection, nullptr, nullptr);
-}
-
-/// Returns whether to go on.
-bool obey(std::string_view command)
-{
-    if (command == "die" && client)
-        SmsDie(client);
-    else if ((command == "save" || command == "shutdown") && client) {
-        shuttingDown = command == "shutdown";
+    shuttingDown = command == "shutdown";
+    if (client && (shuttingDown || command == "save"))
         SmsSaveYourself(client, SmSaveBoth, shuttingDown, SmInteractStyleAny, False);
-    }
-    return !command.empty();
 }
 
 std::string readLine()
@@ -116,27 +88,18 @@ std::string readLine()
     return line;
 }
 
-void run(const std::vector<IceListenObj>& listeners)
+/// Serves the client until it leaves, or standard input ends.
+void serve(IceConn connection)
 {
-    for (;;) {
-        std::vector<pollfd> waiting{{STDIN_FILENO, POLLIN, 0}};
-        for (IceListenObj listener : listeners)
-            waiting.push_back({IceGetListenConnectionNumber(listener), POLLIN, 0});
-        if (connection)
-            waiting.push_back({IceConnectionNumber(connection), POLLIN, 0});
-        poll(waiting.data(), waiting.size(), -1);
-
-        if (waiting.front().revents && !obey(readLine()))
-            return;
-        if (connection && waiting.size() > listeners.size() + 1 && waiting.back().revents &&
-            IceProcessMessages(connection, nullptr, nullptr) == IceProcessMessagesIOError) {
-            std::puts("lost");
-            return;
-        }
-        for (size_t i = 0; i < listeners.size(); ++i) {
-            if (waiting[i + 1].revents)
-                accept(listeners[i]);
-        }
+    std::array<pollfd, 2> waiting{
+        {{STDIN_FILENO, POLLIN, 0}, {IceConnectionNumber(connection), POLLIN, 0}}};
+    bool wantsMore = true;
+    while (wantsMore && poll(waiting.data(), waiting.size(), -1) > 0) {
+        if (waiting[1].revents)
+            wantsMore =
+                IceProcessMessages(connection, nullptr, nullptr) == IceProcessMessagesSuccess;
+        else
+            obey(readLine());
     }
 }
 
@@ -155,11 +118,17 @@ int main()
         std::puts(error.data());
         return 1;
     }
-    for (int i = 0; i < count; ++i)
-        IceSetHostBasedAuthProc(listeners[i], letIn);
-    char* address = IceComposeNetworkIdList(count, listeners);
+    // The last one is the local socket.
+    IceListenObj listener = listeners[count - 1];
+    IceSetHostBasedAuthProc(listener, letIn);
+    char* address = IceGetListenConnectionString(listener);
     std::puts(address);
     std::free(address);
-    run({listeners, listeners + count});
+    IceAcceptStatus status = IceAcceptSuccess;
+    IceConn connection = IceAcceptConnection(listener, &status);
+    while (connection && IceConnectionStatus(connection) == IceConnectPending)
+        IceProcessMessages(connection, nullptr, nullptr);
+    if (connection)
+        serve(connection);
     IceFreeListenObjs(count, listeners);
 }
