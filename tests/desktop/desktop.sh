@@ -4,10 +4,6 @@
 # program's exit code.
 set -euo pipefail
 
-say() {
-  printf 'desktop.sh: %s\n' "$*" >&2
-}
-
 root=$(mktemp -d)
 started=()
 
@@ -23,67 +19,35 @@ trap end_desktop EXIT
 trap 'exit 143' TERM
 trap 'exit 130' INT
 
-# wait_for <what> <command>...: tries the command until it succeeds, for twenty seconds.
-wait_for() {
-  local what=$1 deadline=$((SECONDS + 20))
-  shift
-  until "$@"; do
-    if ((SECONDS >= deadline)); then
-      say "$what did not come up"
-      cat "$root"/*.log >&2
-      exit 1
-    fi
-    sleep 0.02
-  done
-}
-
-# The number is whole once its line feed is there.
-server_is_up() { { read -r number <"$root/display"; } 2>/dev/null; }
-manager_is_up() { [[ -e $root/manager.ready ]]; }
-bus_is_up() { [[ -S $XDG_RUNTIME_DIR/bus ]]; }
-
-mkdir "$root/home" "$root/run"
-chmod 700 "$root/run"
 export HOME=$root/home XDG_RUNTIME_DIR=$root/run
+mkdir -m 700 "$HOME" "$XDG_RUNTIME_DIR"
 unset XDG_CONFIG_HOME XDG_DATA_HOME XDG_CACHE_HOME XDG_CURRENT_DESKTOP SESSION_MANAGER \
   WAYLAND_DISPLAY QT_QPA_PLATFORM QT_QPA_PLATFORMTHEME QT_STYLE_OVERRIDE QT_SCALE_FACTOR
 
-Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp -noreset \
-  3>"$root/display" >"$root/server.log" 2>&1 &
-started+=($!)
-wait_for "the X server" server_is_up
-DISPLAY=:$number
-export DISPLAY
+# start <command>...: starts a part of the desktop, and waits for the line that it writes to
+# descriptor 3 once it is up.
+start() {
+  "$@" 3>&4 4>&- >"$root/log" 2>&1 &
+  started+=($!)
+  read -r -t 20 line <&4 && return
+  printf 'desktop.sh: %s did not come up\n' "$1" >&2
+  cat "$root/log" >&2
+  exit 1
+}
+mkfifo "$root/ready"
+exec 4<>"$root/ready"
 
-# A bus that starts no services: what a test needs there, it starts itself.
-cat >"$root/bus.conf" <<END
-<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
-  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
-<busconfig>
-  <type>session</type>
-  <listen>unix:path=$XDG_RUNTIME_DIR/bus</listen>
-  <auth>EXTERNAL</auth>
-  <policy context="default">
-    <allow send_destination="*" eavesdrop="true"/>
-    <allow eavesdrop="true"/>
-    <allow own="*"/>
-  </policy>
-</busconfig>
-END
-dbus-daemon --config-file="$root/bus.conf" --nofork --nopidfile >"$root/bus.log" 2>&1 &
-started+=($!)
-wait_for "the session bus" bus_is_up
-export DBUS_SESSION_BUS_ADDRESS=unix:path=$XDG_RUNTIME_DIR/bus
-
+start Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp -noreset
+export DISPLAY=:$line
+start dbus-daemon --config-file="${0%/*}/bus.conf" --nofork --nopidfile --print-address=3
+export DBUS_SESSION_BUS_ADDRESS=$line
 # A manager announces itself before it looks after windows; its start-up command comes later.
-openbox --sm-disable --startup "touch $root/manager.ready" >"$root/manager.log" 2>&1 &
-started+=($!)
-wait_for "the window manager" manager_is_up
+start openbox --sm-disable --startup "sh -c 'echo ready >$root/ready'"
 
 # In the background, so that a signal to this script is not held up until it ends.
-"$@" &
+"$@" 4>&- &
 started+=($!)
 status=0
-wait "${started[-1]}" || status=$?
+wait $! || status=$?
 unset 'started[-1]'
 exit "$status"
