@@ -1,18 +1,16 @@
 // A panel that holds status notifier items, as the newer desktops have.
 #pragma once
 
+#include "tests/desktop/BusService.h"
+
 #include <QDBusArgument>
-#include <QDBusConnection>
-#include <QDBusContext>
 #include <QDBusMessage>
 #include <QMutex>
-#include <QThread>
 
 #include <numeric>
 
-/// Takes one program's item: shows its menu, and clicks it and its entries. Is there while it
-/// lives, in a thread of its own, so that the test may block.
-class TrayHost : public QObject, protected QDBusContext
+/// Takes one program's item: shows its menu, and clicks it and its entries.
+class TrayHost : public BusService
 {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierWatcher")
@@ -20,21 +18,11 @@ class TrayHost : public QObject, protected QDBusContext
 
 public:
     TrayHost()
+        : BusService(QStringLiteral("org.kde.StatusNotifierWatcher"))
     {
-        m_bus.registerObject(QStringLiteral("/StatusNotifierWatcher"), this,
-                             QDBusConnection::ExportAllSlots |
-                                 QDBusConnection::ExportAllProperties);
-        m_bus.registerService(QStringLiteral("org.kde.StatusNotifierWatcher"));
-        moveToThread(&m_thread);
-        m_thread.start();
+        begin(QStringLiteral("/StatusNotifierWatcher"));
     }
-    ~TrayHost() override
-    {
-        m_bus.unregisterService(QStringLiteral("org.kde.StatusNotifierWatcher"));
-        QDBusConnection::disconnectFromBus(QStringLiteral("host"));
-        m_thread.quit();
-        m_thread.wait();
-    }
+    ~TrayHost() override { end(); }
     Q_DISABLE_COPY_MOVE(TrayHost)
 
     [[nodiscard]] static bool isThere() { return true; }
@@ -103,9 +91,6 @@ private:
         m_bus.send(call);
     }
 
-    QDBusConnection m_bus =
-        QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("host"));
-    QThread m_thread;
     mutable QMutex m_mutex;
     QString m_item;
 };

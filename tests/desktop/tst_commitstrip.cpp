@@ -1,4 +1,5 @@
 // The strip above the toolbar: a real window and store whose database may not grow any more.
+#include "tests/base/Files.h"
 #include "tests/ui/WindowTest.h"
 #include "ui/CommitStrip.h"
 #include "ui/controls/Prompt.h"
@@ -35,10 +36,9 @@ private:
     {
         return strip()->findChildren<QPushButton*>().value(number);
     }
-    [[nodiscard]] QByteArray onDisk(const QString& path = taskStorage().databasePath()) const
+    [[nodiscard]] bool isOnDisk(const char* name)
     {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+        return contentsOf(store().databasePath()).contains(name);
     }
 
 private Q_SLOTS:
@@ -46,8 +46,7 @@ private Q_SLOTS:
     {
         WindowTest::init();
         std::signal(SIGXFSZ, SIG_IGN);
-        for (int i = 0; i < 100; ++i)
-            (void)store().createTask(TaskStorage::ms_inboxId);
+        addNumberedTasks(100);
         store().setCommitInterval(50);
         store().saveStateRequest();
         m_window.reset();
@@ -80,7 +79,7 @@ private Q_SLOTS:
         QVERIFY(strip()->geometry().top() >= list().geometry().bottom());
         QCOMPARE(QApplication::focusWidget(), editor);
         QCOMPARE(list().verticalScrollBar()->value(), 60);
-        QVERIFY(!onDisk().contains("typed"));
+        QVERIFY(!isOnDisk("typed"));
 
         // Neither does trying in vain, and what is typed goes on.
         QTest::mouseClick(button(0), Qt::LeftButton);
@@ -94,10 +93,10 @@ private Q_SLOTS:
         QVERIFY(strip()->accessibleName().contains("when Mivora ends"_L1));
         Q_EMIT store().commitStateChanged({});
         QTRY_VERIFY(!strip());
-        QVERIFY(onDisk().contains("typed meanwhile"));
+        QVERIFY(isOnDisk("typed meanwhile"));
         QCOMPARE(QApplication::focusWidget(), editor);
         QCOMPARE(list().verticalScrollBar()->value(), 60);
-        QTRY_VERIFY(onDisk().contains("typed meanwhile, too"));
+        QTRY_VERIFY(isOnDisk("typed meanwhile, too"));
     }
 
     void copyIsWrittenElsewhere()
@@ -114,7 +113,7 @@ private Q_SLOTS:
         QCOMPARE(QApplication::focusWidget(), button(0));
         key(Qt::Key_Tab);
         key(Qt::Key_Space);
-        QVERIFY(onDisk(copy).contains("precious"));
+        QVERIFY(contentsOf(copy).contains("precious"));
         QTRY_VERIFY(!strip());
         QVERIFY(listHasFocus());
     }

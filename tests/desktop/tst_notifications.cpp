@@ -1,43 +1,32 @@
 // Pop-up messages, sent to a service that takes them, refuses them or keeps silent.
 #include "app/notify/Notification.h"
 #include "app/notify/NotifyHelper.h"
+#include "tests/desktop/BusService.h"
 
-#include <QDBusConnection>
-#include <QDBusContext>
+#include <QDBusMessage>
 #include <QPointer>
 #include <QSignalSpy>
 #include <QTest>
-#include <QThread>
 
 using namespace Qt::StringLiterals;
 
-/// Lives in a thread and on a connection of its own, since its callers block.
-class Service : public QObject, protected QDBusContext
+class Service : public BusService
 {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Notifications")
 
 public:
-    QString refusal;         ///< the error that is answered
-    bool refusesAll = false; ///< or else only messages whose urgency is an array
-    QString silentCall;      ///< the one that is never answered
+    bool tellsCapabilities = true; ///< or else never answers
+    /// What becomes of one message after the other: an error, "silence", or else it is taken.
+    QStringList answers;
     QStringList calls;
 
     Service()
+        : BusService(u"org.freedesktop.Notifications"_s)
     {
-        m_bus.registerObject(u"/org/freedesktop/Notifications"_s, this,
-                             QDBusConnection::ExportAllSlots);
-        m_bus.registerService(u"org.freedesktop.Notifications"_s);
-        moveToThread(&m_thread);
-        m_thread.start();
+        begin(u"/org/freedesktop/Notifications"_s);
     }
-    ~Service() override
-    {
-        m_bus.unregisterService(u"org.freedesktop.Notifications"_s);
-        QDBusConnection::disconnectFromBus(u"service"_s);
-        m_thread.quit();
-        m_thread.wait();
-    }
+    ~Service() override { end(); }
     Q_DISABLE_COPY_MOVE(Service)
 
     void tellAll(const QString& signal, const QVariantList& arguments) const
@@ -51,28 +40,24 @@ public:
 public Q_SLOTS:
     QStringList GetCapabilities()
     {
-        setDelayedReply(silentCall == "GetCapabilities"_L1);
+        setDelayedReply(!tellsCapabilities);
         return {u"body-markup"_s};
     }
     quint32 Notify(const QString& app, quint32 replaces, const QString& /*icon*/,
                    const QString& summary, const QString& body, const QStringList& /*actions*/,
                    const QVariantMap& hints, int timeout)
     {
-        const QVariant urgency = hints.value(u"urgency"_s);
+        const QString answer = answers.value(calls.size());
+        const QLatin1StringView urgency(hints.value(u"urgency"_s).typeName());
         calls += u"%1 %2 '%3' '%4' %5 %6"_s.arg(app)
                      .arg(replaces)
-                     .arg(summary, body, QLatin1StringView(urgency.typeName()))
+                     .arg(summary, body, urgency)
                      .arg(timeout);
-        setDelayedReply(silentCall == "Notify"_L1);
-        if (!refusal.isEmpty() && (refusesAll || urgency.typeId() == QMetaType::QByteArray))
-            sendErrorReply(refusal, u"no"_s);
+        setDelayedReply(answer == "silence"_L1);
+        if (!answer.isEmpty() && answer != "silence"_L1)
+            sendErrorReply(u"org.freedesktop.DBus.Error."_s + answer, u"no"_s);
         return 7;
     }
-
-private:
-    QThread m_thread;
-    QDBusConnection m_bus =
-        QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"service"_s);
 };
 
 class tst_Notifications : public QObject
@@ -82,55 +67,40 @@ class tst_Notifications : public QObject
 private Q_SLOTS:
     void messages_data()
     {
-        QTest::addColumn<QString>("refusal");
-        QTest::addColumn<bool>("refusesAll");
-        QTest::addColumn<QString>("silentCall");
-        QTest::addColumn<int>("tries");
-        QTest::addColumn<bool>("shown");
-        const QString error = u"org.freedesktop.DBus.Error."_s;
-        const QString denied = error + u"AccessDenied"_s;
-        QTest::newRow("taken") << QString() << false << QString() << 1 << true;
-        QTest::newRow("array denied") << denied << false << QString() << 2 << true;
-        QTest::newRow("array invalid")
-            << error + u"InvalidArgs"_s << false << QString() << 2 << true;
-        QTest::newRow("all denied") << denied << true << QString() << 2 << false;
-        QTest::newRow("fails") << error + u"Failed"_s << false << QString() << 1 << false;
-        QTest::newRow("silent") << QString() << false << u"Notify"_s << 1 << false;
-        QTest::newRow("hangs from the start")
-            << QString() << false << u"GetCapabilities"_s << 1 << false;
+        QTest::addColumn<QStringList>("answers");
+        QTest::addColumn<bool>("tellsCapabilities");
+        QTest::newRow("taken") << QStringList{{}} << true;
+        QTest::newRow("array denied") << QStringList{u"AccessDenied"_s, {}} << true;
+        QTest::newRow("array invalid") << QStringList{u"InvalidArgs"_s, {}} << true;
+        QTest::newRow("all denied") << QStringList{u"AccessDenied"_s, u"AccessDenied"_s} << true;
+        QTest::newRow("fails") << QStringList{u"Failed"_s} << true;
+        QTest::newRow("silent") << QStringList{u"silence"_s} << true;
+        QTest::newRow("hangs from the start") << QStringList{{}} << false;
     }
     void messages()
     {
-        QFETCH(const QString, refusal);
-        QFETCH(const bool, refusesAll);
-        QFETCH(const QString, silentCall);
-        QFETCH(const int, tries);
-        QFETCH(const bool, shown);
+        QFETCH(const QStringList, answers);
+        QFETCH(const bool, tellsCapabilities);
         Service service;
-        service.refusal = refusal;
-        service.refusesAll = refusesAll;
-        service.silentCall = silentCall;
+        service.answers = answers;
+        service.tellsCapabilities = tellsCapabilities;
+        const bool shown = tellsCapabilities && answers.last().isEmpty();
         QCOMPARE(NotifyHelper().show(u"A & b"_s, u"<c> & d"_s), shown);
         // Who cannot say that it takes markup gets the text as it is.
-        const QString body =
-            silentCall == "GetCapabilities"_L1 ? u"<c> & d"_s : u"&lt;c&gt; &amp; d"_s;
+        const QString body = tellsCapabilities ? u"&lt;c&gt; &amp; d"_s : u"<c> & d"_s;
         QStringList expected;
-        for (const QString& urgency : QStringList{u"QByteArray"_s, u"uchar"_s}.first(tries))
+        for (const QString& urgency :
+             QStringList{u"QByteArray"_s, u"uchar"_s}.first(answers.size()))
             expected += u"Mivora 0 'A & b' '%1' %2 5000"_s.arg(body, urgency);
         QTRY_COMPARE(service.calls, expected);
     }
 
-    void noService()
-    {
-        NotifyHelper helper;
-        QVERIFY(helper.isAvailable());
-        QVERIFY(!helper.show(u"a"_s, u"b"_s));
-    }
-
     void helpersShareTheConnection()
     {
-        Service service;
         NotifyHelper outer;
+        QVERIFY(outer.isAvailable());
+        QVERIFY2(!outer.show(u"a"_s, u"b"_s), "there is no service");
+        const Service service;
         {
             const NotifyHelper inner;
         }

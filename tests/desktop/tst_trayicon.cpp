@@ -2,6 +2,7 @@
 #include "app/base/UserMetrics.h"
 #include "app/notify/NotifyHelper.h"
 #include "net/NetServices.h"
+#include "tests/app/Child.h"
 #include "tests/net/UpdateService.h"
 #include "tests/ui/WindowTest.h"
 #include "ui/TrayIcon.h"
@@ -9,7 +10,6 @@
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QMenu>
-#include <QProcess>
 #include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTimer>
@@ -25,17 +25,15 @@ private Q_SLOTS:
     void initTestCase()
     {
         m_service = std::make_unique<UpdateService>();
-        m_daemon.start(u"dunst"_s, {u"-print"_s});
+        m_daemon.emplace(u"dunst"_s, QStringList{u"-print"_s});
         QTRY_VERIFY(QDBusConnection::sessionBus().interface()->isServiceRegistered(
             u"org.freedesktop.Notifications"_s));
     }
 
     void cleanupTestCase()
     {
-        for (QProcess* process : {&m_daemon, &m_tray}) {
-            process->terminate();
-            process->waitForFinished();
-        }
+        m_tray.reset();
+        m_daemon.reset();
         m_service.reset();
     }
 
@@ -92,7 +90,7 @@ private Q_SLOTS:
         QTRY_VERIFY2(m_window->isActiveWindow(), "no tray to bring it back from");
 
         // A tray that is late.
-        m_tray.start(u"trayer"_s, {u"--widthtype"_s, u"request"_s});
+        m_tray.emplace(u"trayer"_s, QStringList{u"--widthtype"_s, u"request"_s});
         QTRY_VERIFY(icon->geometry().isValid() && QSystemTrayIcon::isSystemTrayAvailable());
         const QSignalSpy activated(icon.get(), &QSystemTrayIcon::activated);
         const auto click = [&](const QStringList& how) {
@@ -136,25 +134,21 @@ private:
     /// "summary/body/" of what the service has shown up to the message of that summary.
     QString toldBefore(const QString& summary)
     {
-        static const QRegularExpression field(u"^\\t(?:summary|body): '(.*)'$"_s);
+        static const QRegularExpression field(u"^(?:summary|body): '(.+)'$"_s);
         QString told;
         for (;;) {
-            if (!m_daemon.canReadLine() && !m_daemon.waitForReadyRead(20'000))
-                return u"nothing came"_s;
-            while (m_daemon.canReadLine()) {
-                const QString line = QString::fromUtf8(m_daemon.readLine()).chopped(1);
-                const QRegularExpressionMatch match = field.match(line);
-                if (match.captured(1) == summary)
-                    return told;
-                if (!match.captured(1).isEmpty())
-                    told += match.captured(1) + u'/';
-            }
+            const QString line = m_daemon->line();
+            const QString text = field.match(line).captured(1);
+            if (line.isEmpty() || text == summary)
+                return line.isEmpty() ? u"nothing came"_s : told;
+            if (!text.isEmpty())
+                told += text + u'/';
         }
     }
 
     std::unique_ptr<UpdateService> m_service;
-    QProcess m_daemon;
-    QProcess m_tray;
+    std::optional<Child> m_daemon;
+    std::optional<Child> m_tray;
 };
 
 QTEST_MAIN(tst_TrayIcon)
