@@ -5,13 +5,13 @@
 set -euo pipefail
 
 root=$(mktemp -d)
-started=()
+started=() # the last one first
 
 end_desktop() {
-  local i
-  for ((i = ${#started[@]} - 1; i >= 0; i--)); do
-    kill "${started[i]}" 2>/dev/null || true
-    wait "${started[i]}" 2>/dev/null || true
+  local pid
+  for pid in "${started[@]}"; do
+    kill "$pid" 2>/dev/null || true
+    wait "$pid" 2>/dev/null || true
   done
   rm -rf "$root"
 }
@@ -27,8 +27,8 @@ unset XDG_CONFIG_HOME XDG_DATA_HOME XDG_CACHE_HOME XDG_CURRENT_DESKTOP SESSION_M
 # start <command>...: starts a part of the desktop, and waits for the line that it writes to
 # descriptor 3 once it is up.
 start() {
-  "$@" 3>&4 4>&- >"$root/log" 2>&1 &
-  started+=($!)
+  "$@" 3>&4 4>&- >>"$root/log" 2>&1 &
+  started=($! "${started[@]}")
   read -r -t 20 line <&4 && return
   printf 'desktop.sh: %s did not come up\n' "$1" >&2
   cat "$root/log" >&2
@@ -46,8 +46,8 @@ start openbox --sm-disable --startup "sh -c 'echo ready >$root/ready'"
 
 # In the background, so that a signal to this script is not held up until it ends.
 "$@" 4>&- &
-started+=($!)
+started=($! "${started[@]}")
 status=0
 wait $! || status=$?
-unset 'started[-1]'
+started=("${started[@]:1}")
 exit "$status"

@@ -258,10 +258,6 @@ private Q_SLOTS:
 
     void sessionSaves()
     {
-        const auto save = [this] {
-            m_manager->command(u"save"_s);
-            QCOMPARE(m_manager->line(), u"saved"_s);
-        };
         const QByteArray before = read(u"database.xml"_s);
         startInSession();
         awaitWindow();
@@ -269,13 +265,15 @@ private Q_SLOTS:
         QVERIFY2(!QFile::exists(path(u"database.xml.bak"_s)), "nothing changed: nothing written");
 
         QVERIFY(QFile::remove(path(u"database.xml"_s)));
-        save();
+        m_manager->command(u"save"_s);
+        QCOMPARE(m_manager->line(), u"saved"_s);
         const QStringList tasks = tasksOnDisk();
         QVERIFY2(tasks.size() > 1, "written in any case");
 
         press(u"Down Delete alt+F4"_s);
         awaitHidden();
-        save();
+        m_manager->command(u"save"_s);
+        QCOMPARE(m_manager->line(), u"saved"_s);
         QCOMPARE(tasksOnDisk(), tasks.mid(1));
         QVERIFY2(m_program->isRunning(), "saving ends nothing");
     }
@@ -475,10 +473,8 @@ private Q_SLOTS:
                       {u"-displayfd"_s, u"1"_s, u"-noreset"_s, u"-nolisten"_s, u"tcp"_s});
         m_environment.insert(u"DISPLAY"_s, u":"_s + display.line());
         launch();
-        const auto focused = [this] {
-            return xdotool({u"getwindowfocus"_s, u"getwindowname"_s}, m_environment);
-        };
-        QTRY_COMPARE_WITH_TIMEOUT(focused(), u"Mivora"_s, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(xdotool({u"getwindowfocus"_s, u"getwindowname"_s}, m_environment),
+                                  u"Mivora"_s, patienceMs);
         xdotool({u"key"_s, u"Down"_s, u"Return"_s, u"ctrl+a"_s, u"x"_s}, m_environment);
         display.signal(SIGKILL);
         QCOMPARE(m_program->exitCode(), 1);
