@@ -9,8 +9,9 @@
 class Child
 {
 public:
-    Child(const QString& program, const QStringList& arguments,
-          const QProcessEnvironment& environment = QProcessEnvironment::systemEnvironment())
+    explicit Child(
+        const QString& program, const QStringList& arguments = {},
+        const QProcessEnvironment& environment = QProcessEnvironment::systemEnvironment())
     {
         m_process.setProcessEnvironment(environment);
         m_process.start(program, arguments);
@@ -23,7 +24,9 @@ public:
     }
     Q_DISABLE_COPY_MOVE(Child)
 
-    void signal(int number) const { ::kill(static_cast<pid_t>(m_process.processId()), number); }
+    [[nodiscard]] qint64 id() const { return m_process.processId(); }
+    [[nodiscard]] bool isRunning() const { return m_process.state() == QProcess::Running; }
+    void signal(int number) const { ::kill(static_cast<pid_t>(id()), number); }
     void command(const QString& text)
     {
         m_process.write(text.toUtf8() + '\n');
@@ -37,13 +40,14 @@ public:
         }
         return QString::fromUtf8(m_process.readLine()).trimmed();
     }
+    QString errors() { return QString::fromUtf8(m_process.readAllStandardError()); }
 
     /// Waits for the end. Returns the exit code, or -1 after a crash, a signal or a time-out.
     int exitCode()
     {
-        m_process.waitForFinished(patienceMs);
-        const bool isOver = m_process.state() == QProcess::NotRunning;
-        return isOver && m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
+        if (isRunning() && !m_process.waitForFinished(patienceMs))
+            return -1;
+        return m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
     }
 
 private:

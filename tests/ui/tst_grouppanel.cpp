@@ -179,16 +179,23 @@ private Q_SLOTS:
         QCOMPARE(current(), u"Inbox"_s);
     }
 
-    void keysReachEveryGroup()
+    void mouseAndKeysReachEveryGroup()
     {
+        auto& actions = dynamic_singleton<ActionsHelper>::inst();
+        addTasks({u"in trash"_s}, TaskStorage::ms_trashId);
+        // Twice: the keys stay with the list also after a click on the current group.
+        for (int i = 0; i < 2; ++i)
+            QTest::mouseClick(entry(4), Qt::LeftButton);
+        QVERIFY(entry(4)->selected() && !entry(0)->selected());
+        QCOMPARE(shown(), u"in trash"_s);
+        QVERIFY(!actions.newTask()->isEnabled() && !actions.cleanup()->isEnabled());
+        key(Qt::Key_N, Qt::ControlModifier);
+        QCOMPARE(list().rows().count(), 1);
+        key(Qt::Key_1, Qt::ControlModifier);
+        QVERIFY(actions.newTask()->isEnabled() && actions.cleanup()->isEnabled());
         key(Qt::Key_PageDown, Qt::ControlModifier);
         QCOMPARE(current(), u"Home"_s);
         QVERIFY(listHasFocus());
-        key(Qt::Key_5, Qt::ControlModifier);
-        QCOMPARE(current(), u"Trash"_s);
-        key(Qt::Key_N, Qt::ControlModifier);
-        QCOMPARE(list().rows().count(), 0);
-        key(Qt::Key_1, Qt::ControlModifier);
         key(Qt::Key_PageUp, Qt::ControlModifier);
         QCOMPARE(current(), u"Inbox"_s);
         addTasks({u"a"_s});

@@ -22,7 +22,6 @@ private:
         return nullptr;
     }
     QAccessibleInterface* accessible() { return QAccessible::queryAccessibleInterface(&list()); }
-    QString said(int number) { return accessible()->child(number)->text(QAccessible::Name); }
 
 private Q_SLOTS:
     void emptyGroupShowsItsHint()
@@ -64,18 +63,24 @@ private Q_SLOTS:
         QCOMPARE(task(3).notes(), QString());
     }
 
-    void rowsAreRepaintedWhenTheDayChanges()
+    void rowColoursFollowTheDay()
     {
         addTasks({u"a"_s});
         store().setTaskDueTime(list().rows().idAt(0), Clock::now().addDays(4));
-        QCoreApplication::processEvents();
-        const auto onScreen = [this] {
-            return m_window->screen()->grabWindow(m_window->winId()).toImage();
+        const auto colour = [this] {
+            QCoreApplication::processEvents();
+            const QImage screen = m_window->screen()->grabWindow(m_window->winId()).toImage();
+            return screen.pixelColor(row(0)->mapTo(m_window.get(), QPoint(200, 4)));
         };
-        const QImage before = onScreen();
-        Clock::freeze(Clock::now().addDays(4));
-        Q_EMIT list().findChild<DayWatch*>()->dayChanged();
-        QTRY_VERIFY(onScreen() != before);
+        QList<QColor> seen = {colour()};
+        for (const int days : {1, 2, 1, 3}) {
+            Clock::freeze(Clock::now().addDays(days));
+            Q_EMIT list().findChild<DayWatch*>()->dayChanged();
+            seen += colour();
+        }
+        // In four days; in three and in one; today and overdue.
+        QVERIFY(seen.at(0) != seen.at(1) && seen.at(1) == seen.at(2));
+        QVERIFY(seen.at(2) != seen.at(3) && seen.at(3) == seen.at(4));
     }
 
     void screenReadersHearEveryRow()
@@ -108,21 +113,12 @@ private Q_SLOTS:
 
     void screenReadersReachTheForm()
     {
-        addTasks({u"a"_s, {}});
-        QCOMPARE(said(1), u"<Unnamed task>"_s);
+        addTasks({u"a"_s});
         QAccessibleInterface* first = accessible()->child(0);
         first->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
         QVERIFY(row(0)->isEditing());
         QCOMPARE(first->child(0)->parent(), first);
         QCOMPARE(accessible()->focusChild()->text(QAccessible::Name), u"Task name"_s);
-        for (QWidget* widget : row(0)->findChildren<QWidget*>()) {
-            const QAccessibleInterface* field = QAccessible::queryAccessibleInterface(widget);
-            const bool control =
-                widget->focusPolicy() & Qt::TabFocus || field->role() == QAccessible::CheckBox;
-            if (widget->isVisible() && control)
-                QVERIFY2(!field->text(QAccessible::Name).isEmpty(),
-                         widget->metaObject()->className());
-        }
     }
 };
 
