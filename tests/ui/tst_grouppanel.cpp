@@ -85,6 +85,7 @@ private Q_SLOTS:
         store().addTask(idOf(u"Work"_s), a);
         QTRY_COMPARE(counts(u"Work"_s), u"1,0,0"_s);
         // A changed task shows at once, in every group that holds it.
+        store().setTaskDueTime(a, Clock::now().addDays(2));
         store().setTaskDueTime(a, Clock::now().addDays(9));
         QCOMPARE(counts(u"Home"_s), u"0,1,1"_s);
         QCOMPARE(counts(u"Work"_s), u"0,0,1"_s);
