@@ -127,12 +127,10 @@ private:
         QTRY_VERIFY_WITH_TIMEOUT(isActive(visibleWindow(title)), patienceMs);
         m_window = visibleWindow(title);
     }
-    void awaitHidden() const { QTRY_COMPARE_WITH_TIMEOUT(visibleWindow(), QString(), patienceMs); }
-    /// Again and again: the program may still be asking for the focus.
-    void minimise() const
+    /// Again and again: what comes while the focus changes hands is lost.
+    void hide(const QStringList& how) const
     {
-        QTRY_VERIFY_WITH_TIMEOUT(
-            (xdotool({u"windowminimize"_s, m_window}), visibleWindow().isEmpty()), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT((xdotool(how), visibleWindow().isEmpty()), patienceMs);
     }
 
 private Q_SLOTS:
@@ -180,14 +178,13 @@ private Q_SLOTS:
     void closingHidesAndASecondStartShows()
     {
         startProgram();
-        press(u"alt+F4"_s);
-        awaitHidden();
+        hide({u"key"_s, u"alt+F4"_s});
         startSecond();
         awaitWindow();
 
         // A start from another session finds the copy all the same, and one from another home whose
         // database is a link to this one.
-        minimise();
+        hide({u"windowminimize"_s, m_window});
         const QString home = m_home->filePath(u"other"_s);
         QVERIFY(QDir().mkpath(home + u"/.Mivora/User Data"_s));
         QVERIFY(QFile::link(path(u"database.xml"_s), home + u"/.Mivora/User Data/database.xml"_s));
@@ -270,8 +267,8 @@ private Q_SLOTS:
         const QStringList tasks = tasksOnDisk();
         QVERIFY2(tasks.size() > 1, "written in any case");
 
-        press(u"Down Delete alt+F4"_s);
-        awaitHidden();
+        press(u"Down Delete"_s);
+        hide({u"key"_s, u"alt+F4"_s});
         m_manager->command(u"save"_s);
         QCOMPARE(m_manager->line(), u"saved"_s);
         QCOMPARE(tasksOnDisk(), tasks.mid(1));
@@ -335,12 +332,11 @@ private Q_SLOTS:
 
         for (const QStringList& goneBy :
              {QStringList{u"key"_s, u"alt+F4"_s}, {u"set_desktop"_s, u"1"_s}}) {
-            xdotool(goneBy);
-            awaitHidden();
+            hide(goneBy);
             host->click();
             awaitWindow();
         }
-        minimise();
+        hide({u"windowminimize"_s, m_window});
         host->choose(u"Preferences..."_s);
         const QString title = u"Mivora Preferences"_s;
         awaitWindow(title);
