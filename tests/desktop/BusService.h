@@ -11,16 +11,13 @@ class BusService : public QObject, protected QDBusContext
 {
     Q_OBJECT
 
-public:
-    Q_DISABLE_COPY_MOVE(BusService)
-
 protected:
     explicit BusService(const QString& name)
         : m_bus(QDBusConnection::connectToBus(QDBusConnection::SessionBus, name))
         , m_name(name)
     {
     }
-    ~BusService() override = default;
+    Q_DISABLE_COPY_MOVE(BusService)
 
     /// For the end of the constructor: makes slots and properties known.
     void begin(const QString& path)

@@ -23,7 +23,6 @@ public:
         begin(QStringLiteral("/StatusNotifierWatcher"));
     }
     ~TrayHost() override { end(); }
-    Q_DISABLE_COPY_MOVE(TrayHost)
 
     [[nodiscard]] static bool isThere() { return true; }
     [[nodiscard]] bool hasItem() const { return !_item().isEmpty(); }

@@ -27,7 +27,6 @@ public:
         begin(u"/org/freedesktop/Notifications"_s);
     }
     ~Service() override { end(); }
-    Q_DISABLE_COPY_MOVE(Service)
 
     void tellAll(const QString& signal, const QVariantList& arguments) const
     {
