@@ -4,19 +4,14 @@
 #include "app/QtSingleApplication.h"
 #include "app/SignalHandler.h"
 #include "app/base/LogHelper.h"
-#include "app/base/UserMetrics.h"
-#include "net/NetServices.h"
 
 #include <QCloseEvent>
 #include <QDialog>
-#include <QFileInfo>
-#include <QHostInfo>
-#include <QNetworkProxy>
 #include <QSocketNotifier>
+#include <QTimer>
 
 #include <csignal>
 #include <cstdio>
-#include <netdb.h>
 #include <string>
 #include <unistd.h>
 
@@ -65,6 +60,7 @@ void runCopy(QtSingleApplication& app, const QString& message)
     readCommand();
 }
 
+/// Ends by a signal that comes while a window refuses to close, or before the loop.
 int runSignals(const QString& mode)
 {
     QApplication::setQuitOnLastWindowClosed(false);
@@ -76,74 +72,37 @@ int runSignals(const QString& mode)
         std::raise(SIGTERM);
         // As while starting up: a turn of the loop that is not the last.
         QCoreApplication::processEvents();
-    } else if (mode == "window"_L1) {
-        window.show();
+    } else {
+        QTimer::singleShot(0, &window, [] { say(u"ready"_s); });
+        window.exec();
     }
-    QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
-    QObject::connect(&input, &QSocketNotifier::activated, &window, [&window] {
-        const QString command = readCommand();
-        QMetaObject::invokeMethod(
-            &window, [command] { say(u"got "_s + command); }, Qt::QueuedConnection);
-        if (command == "dialog"_L1)
-            window.exec();
-    });
-    say(u"ready"_s);
     const int exitCode = QApplication::exec();
     say(u"ended"_s);
     return exitCode;
 }
 
-/// Searches for ever, as the system's search may do while a script for it cannot be had.
-class LostProxies : public QNetworkProxyFactory
+/// Something at the end is never done.
+void hangAtTheEnd(const QString& log)
 {
-public:
-    QList<QNetworkProxy> queryProxy(const QNetworkProxyQuery& /*query*/) override
-    {
-        say(u"looking up"_s);
-        for (;;)
-            ::pause();
-    }
-};
-
-/// Ends while a name and a proxy are being looked up that no server answers for.
-int runLookup(int& argc, char** argv, const QString& log)
-{
-    const QCoreApplication app(argc, argv);
     if (dynamic_singleton<logging::LogHelper>::inst().init(log))
         MVR_LOG_ERR(u"last words"_s);
-    QHostInfo::lookupHost(u"nowhere.example"_s, [](const QHostInfo&) {});
-    QNetworkProxyFactory::setApplicationProxyFactory(new LostProxies);
-    dynamic_singleton<UserMetrics>::inst();
-    NetServices::shared()->checkForUpdates();
-    readCommand();
     armExitDeadline(7);
-    NetServices::destroyShared();
-    return 1;
-}
-
-} // namespace
-
-/// In place of the system's: a resolver that waits for ever.
-extern "C" int getaddrinfo(const char* /*node*/, const char* /*service*/, const addrinfo* /*hints*/,
-                           addrinfo** /*result*/)
-{
-    say(u"looking up"_s);
     for (;;)
         ::pause();
 }
+
+} // namespace
 
 int main(int argc, char** argv)
 {
     const QString mode = QString::fromLocal8Bit(argv[1]);
     const QString argument = QString::fromLocal8Bit(argv[2]);
-    if (mode == "lookup"_L1)
-        return runLookup(argc, argv, argument);
+    if (mode == "deadline"_L1)
+        hangAtTheEnd(argument);
     if (mode == "signals"_L1) {
         const QApplication app(argc, argv);
         return runSignals(argument);
     }
     QtSingleApplication app(u"test-copy"_s, argc, argv, argument);
-    if (argc > 3)
-        app.guard(QFileInfo(QString::fromLocal8Bit(argv[3])).canonicalFilePath());
     runCopy(app, mode);
 }

@@ -1,15 +1,11 @@
 // One copy per folder: who is first, how messages reach it, and what must not disturb it.
 #include "app/InstanceLock.h"
-#include "app/QtSingleApplication.h"
 #include "tests/app/Child.h"
 
-#include <QDataStream>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QLocalSocket>
 #include <QMap>
-#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -55,63 +51,18 @@ QString lockIn(const QString& folder)
     return folder + u'/' + QDir(folder).entryList({u"*.lock"_s}).value(0);
 }
 
-QByteArray header(quint32 mark, quint32 size)
-{
-    QByteArray bytes;
-    QDataStream(&bytes, QIODevice::WriteOnly) << mark << size;
-    return bytes;
-}
-
-constexpr quint32 mark = 0x6d767231;
-
 } // namespace
 
 class tst_SingleInstance : public QObject
 {
     Q_OBJECT
 
-public:
-    tst_SingleInstance(QtSingleApplication& app, const QString& folder)
-        : m_app(app)
-        , m_folder(folder)
-    {
-    }
-
 private Q_SLOTS:
     void initTestCase()
     {
-        QVERIFY(!m_app.isRunning());
-        QVERIFY2(!m_app.sendMessage(u"show"_s, 100), "the first copy has nobody to send to");
-        const QFileInfoList entries = QDir(m_folder).entryInfoList(QDir::Files | QDir::System);
-        QCOMPARE(entries.size(), 2);
-        for (const QFileInfo& entry : entries)
-            QVERIFY2(!(entry.permissions() & QFile::Permissions(0x0077)), "others may use it");
-        QFile lock(lockIn(m_folder));
-        QVERIFY(lock.open(QIODevice::ReadOnly));
-        m_address = QFile::decodeName(lock.readAll().trimmed());
-    }
-
-    void strangers()
-    {
-        const QByteArrayList all{header(mark, 100) + "show", header(mark, 0xffffffff) + "show",
-                                 QByteArray(4000000, 'x')};
-        for (const QByteArray& bytes : all) {
-            QSignalSpy received(&m_app, &QtSingleApplication::messageReceived);
-            QLocalSocket stranger;
-            stranger.connectToServer(m_address);
-            QTRY_COMPARE(stranger.state(), QLocalSocket::ConnectedState);
-            stranger.write(bytes);
-            stranger.flush();
-            // All but the one that may still send the rest.
-            const bool isThrownOut = !bytes.startsWith(header(mark, 100));
-            if (isThrownOut)
-                QTRY_COMPARE(stranger.state(), QLocalSocket::UnconnectedState);
-            const auto second = startCopy({m_folder});
-            QTRY_COMPARE(received.size(), 1);
-            QCOMPARE(received.first().first().toString(), text);
-            QCOMPARE(role(second), u"second sent"_s);
-            QCOMPARE(stranger.state() == QLocalSocket::ConnectedState, !isThrownOut);
-        }
+        qputenv("XDG_RUNTIME_DIR", QFile::encodeName(m_runtime.path()));
+        // What is made is for this user only, whatever the umask.
+        ::umask(0);
     }
 
     void simultaneousStarts()
@@ -126,6 +77,10 @@ private Q_SLOTS:
             for (const Copy& copy : copies)
                 ++roles[role(copy)];
             QCOMPARE(roles, (QMap<QString, int>{{u"first"_s, 1}, {u"second sent"_s, 7}}));
+            const QDir entries(folder.path(), {}, {}, QDir::Files | QDir::System);
+            QCOMPARE(entries.count(), 2U);
+            for (const QFileInfo& entry : entries.entryInfoList())
+                QVERIFY2(!(entry.permissions() & QFile::Permissions(0x0077)), "others may use it");
         }
     }
 
@@ -206,43 +161,9 @@ private Q_SLOTS:
         }
     }
 
-    void oneCopyPerFileThroughAnyLink()
-    {
-        const QTemporaryDir root;
-        const QDir dir(root.path());
-        QVERIFY(dir.mkdir(u"real"_s));
-        std::vector<Copy> firsts;
-        for (const QString& name : {u"database.xml"_s, u"tasks.xml"_s}) {
-            const QString real = dir.filePath(u"real/"_s + name);
-            QVERIFY(QFile(real).open(QIODevice::WriteOnly));
-            QList<QStringList> arguments;
-            for (const QString& folder : QStringList{name + u"-1"_s, name + u"-2"_s}) {
-                const QString link = dir.filePath(folder + u"/database.xml"_s);
-                QVERIFY(dir.mkdir(folder) && QFile::link(real, link));
-                arguments += {dir.filePath(folder), link};
-            }
-            firsts.push_back(startFirst(arguments.first()));
-            QCOMPARE(role(startCopy(arguments.last())), u"second sent"_s);
-            QCOMPARE(firsts.back()->line(), u"message "_s + text);
-        }
-    }
-
 private:
-    QtSingleApplication& m_app;
-    QString m_folder;
-    QString m_address;
+    const QTemporaryDir m_runtime;
 };
 
-int main(int argc, char** argv)
-{
-    // What is made is for this user only, whatever the umask.
-    ::umask(0);
-    const QTemporaryDir runtime;
-    qputenv("XDG_RUNTIME_DIR", QFile::encodeName(runtime.path()));
-    const QTemporaryDir folder;
-    QtSingleApplication app(u"test-copy"_s, argc, argv, folder.path());
-    tst_SingleInstance test(app, folder.path());
-    return QTest::qExec(&test, argc, argv);
-}
-
+QTEST_GUILESS_MAIN(tst_SingleInstance)
 #include "tst_singleinstance.moc"

@@ -3,7 +3,6 @@
 #include "app/base/ProgramSettings.h"
 #include "tests/base/Files.h"
 
-#include <QDir>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
@@ -63,18 +62,6 @@ private Q_SLOTS:
         QVERIFY2(saved.contains(general), saved.constData());
         QVERIFY(saved.contains(ProductHelper::productVersion().toString().toUtf8()));
         QVERIFY(before.contains("CompactView") == saved.contains("\nCompactView=true\n"));
-    }
-
-    /// Neither a folder of that name nor a folder that cannot be made says a word.
-    void unwritable()
-    {
-        const QTemporaryDir folder;
-        writeFile(folder.filePath(u"file"_s), "in the way");
-        for (const QString& name : {u""_s, u"file/settings.ini"_s}) {
-            ProgramSettings settings;
-            settings.save(folder.filePath(name));
-            QVERIFY(settings.load(folder.filePath(name)));
-        }
     }
 };
 

@@ -27,13 +27,6 @@ std::atomic<int> failed{0};
 std::mutex mutex;
 std::map<std::string, Fault> faults;
 
-void request(const char* call, const Fault& fault)
-{
-    const std::scoped_lock lock(mutex);
-    faults[call] = fault;
-    armed = true;
-}
-
 std::string pathOf(int descriptor)
 {
     std::array<char, 4096> path{};
@@ -77,14 +70,11 @@ int asInt(long result)
 
 } // namespace
 
-void DiskFaults::failWritesAfter(qint64 bytes, int error, const char* pathPart, int times)
+void DiskFaults::failNext(const char* call, int error, const char* pathPart, int times, qint64 room)
 {
-    request("write", {error, times, bytes, pathPart});
-}
-
-void DiskFaults::failNext(const char* call, int error, const char* pathPart, int times)
-{
-    request(call, {error, times, 0, pathPart});
+    const std::scoped_lock lock(mutex);
+    faults[call] = {error, times, room, pathPart};
+    armed = true;
 }
 
 void DiskFaults::reset()

@@ -12,10 +12,15 @@ class DiskFaults
 public:
     /// Lets `bytes` more be written, the last write before that falling short as on a full disk;
     /// then `times` writes fail with `error` (a number from errno.h), and later ones go through.
-    static void failWritesAfter(qint64 bytes, int error, const char* pathPart, int times = always);
+    static void failWritesAfter(qint64 bytes, int error, const char* pathPart, int times = always)
+    {
+        failNext("write", error, pathPart, times, bytes);
+    }
 
-    /// Makes the next `times` calls of any other of them, by name, fail with `error`.
-    static void failNext(const char* call, int error, const char* pathPart, int times = 1);
+    /// Makes the next `times` calls of any of them, by name, fail with `error`; of writes those
+    /// after the first `room` bytes.
+    static void failNext(const char* call, int error, const char* pathPart, int times = 1,
+                         qint64 room = 0);
 
     /// Withdraws all requests and the counts.
     static void reset();

@@ -1,6 +1,7 @@
 // A home directory of a test's own.
 #pragma once
 
+#include <QDir>
 #include <QTemporaryDir>
 
 /// Sets HOME to a fresh folder for as long as it lives, and puts the old one back. Nothing that
@@ -8,8 +9,15 @@
 class TemporaryHome
 {
 public:
-    TemporaryHome();
-    ~TemporaryHome();
+    TemporaryHome()
+        : m_oldHome(qgetenv("HOME"))
+    {
+        Q_ASSERT(m_dir.isValid());
+        qputenv("HOME", m_dir.path().toUtf8());
+        if (QDir::homePath() != m_dir.path())
+            qFatal("the home directory could not be replaced");
+    }
+    ~TemporaryHome() { qputenv("HOME", m_oldHome); }
     Q_DISABLE_COPY_MOVE(TemporaryHome)
 
     [[nodiscard]] QString path() const { return m_dir.path(); }

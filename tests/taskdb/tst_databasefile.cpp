@@ -98,13 +98,10 @@ private Q_SLOTS:
     {
         const LogWatch log;
         const QString same = u" \n\na \t b\n <b>&amp;]]>\"'</b><!-- -->🎹 क्षि שלום\uE000\uFEFF "_s;
-        const QString longText = QString(300000, u'x') + u"€"_s + QString(300000, u'й');
         const QList<std::pair<QString, QString>> texts{
             {same, same},
-            {longText, longText},
             {u"a\r\nb\rc"_s, u"a\nb\nc"_s},
             {u"a\0\x1Bz"_s, u"a\uFFFD\uFFFDz"_s},
-            {u"a\xD800z"_s, u"a\uFFFDz"_s},
             {u"a\xDC00\xD800z"_s, u"a\uFFFD\uFFFDz"_s},
             {u"a\xFFFE\xFFFFz"_s, u"a\uFFFD\uFFFDz"_s},
             {u"a\xD83C"_s, u"a\uFFFD"_s},

@@ -40,7 +40,6 @@ private Q_SLOTS:
         const auto any = [&] { return pool.at(random.bounded(pool.size())); };
         TaskIdList list;
         QList<QUuid> plain;
-        QList<std::pair<TaskIdList, QList<QUuid>>> copies;
         for (int step = 0; step < 20000; ++step) {
             const QUuid id = any();
             const int what = random.bounded(1000);
@@ -62,16 +61,11 @@ private Q_SLOTS:
                 list.reorder(anchor, (step & 1) != 0, moved);
                 reorderPlainly(plain, anchor, (step & 1) != 0, moved);
             }
-            if (step % 1000 == 0)
-                copies.append({list, plain});
             QCOMPARE(list.size(), plain.size());
             QCOMPARE(list.contains(id), plain.contains(id));
         }
         QCOMPARE(list.toList(), plain);
         QVERIFY(std::equal(list.begin(), list.end(), plain.cbegin(), plain.cend()));
-        // Copies taken on the way kept what they held.
-        for (const auto& [copy, content] : std::as_const(copies))
-            QCOMPARE(copy.toList(), content);
     }
 };
 
