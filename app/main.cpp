@@ -37,7 +37,7 @@ const QString applicationId = u"FAC47CC7-8B64-42cd-87FA-6D4A0C5149BF"_s;
 constexpr int showTimeoutMs = 5000;
 /// Trays come up at log-in as the program does.
 constexpr auto trayPatience = 10s;
-/// With requests that do not obey, should there be no deadline.
+/// For requests that do not end, should the exit deadline have found no thread.
 constexpr int requestPatienceMs = 1000;
 bool hasLog = false;
 
@@ -129,7 +129,7 @@ void endNetwork()
 {
     taskapi::TaskApiClient::shared()->abortRequests();
     NetServices::destroyShared();
-    // What still runs has the log open.
+    // Requests that still run use the log.
     QThreadPool::globalInstance()->waitForDone(requestPatienceMs);
 }
 

@@ -207,20 +207,23 @@ QString HttpConnectionQt::_await(const Exchange& exchange, QNetworkReply& reply)
 {
     QEventLoop loop;
     QObject::connect(m_manager.get(), &QNetworkAccessManager::finished, &loop, &QEventLoop::quit);
-    bool isTooLarge = false;
+    // Perhaps another request's connection: this one's reply fails if it was its own.
+    bool wasCut = false;
     QTimer watch;
     QObject::connect(&watch, &QTimer::timeout, &loop, [&] {
-        isTooLarge = m_limit->cutExceeding();
-        if (isTooLarge || exchange.deadline.hasExpired())
+        wasCut = m_limit->cutExceeding() || wasCut;
+        if (reply.bytesAvailable() > maxAnswer || exchange.deadline.hasExpired())
             loop.quit();
     });
     watch.start(watchInterval);
     _run(loop);
-    if (isTooLarge)
+    if (reply.bytesAvailable() > maxAnswer)
         return tooLarge;
     if (!reply.isFinished())
         reply.abort();
-    return reply.error() == QNetworkReply::NoError ? QString() : reply.errorString();
+    if (reply.error() == QNetworkReply::NoError)
+        return {};
+    return wasCut ? QString(tooLarge) : reply.errorString();
 }
 
 /// Runs the loop until it quits or abort() is called; not at all if that was called before.

@@ -69,7 +69,7 @@ private:
     void _run(QEventLoop& loop);
 
     QString m_referer;
-    std::unique_ptr<ReceiveLimit> m_limit; ///< older than the manager's connections
+    std::unique_ptr<ReceiveLimit> m_limit; ///< made before the connections, so that all count
     /// Lives in the thread of the first request.
     std::unique_ptr<QNetworkAccessManager> m_manager;
     std::chrono::milliseconds m_timeout{30'000};

@@ -16,8 +16,8 @@ public:
     /// For the TCP connections that the process opens from now on; each may receive `bytes`.
     explicit ReceiveLimit(qint64 bytes);
 
-    /// Cuts the connections that have received more, and returns whether there was one. The toolkit
-    /// may be reading from it without a pause, in which nothing else ends that.
+    /// Cuts the connections that have received more, and returns whether there was one. While the
+    /// toolkit reads from one without returning to its event loop, nothing but that stops it.
     bool cutExceeding();
 
 private:

@@ -1,5 +1,7 @@
 #include "net/Tls.h"
 
+#include "app/base/LogHelper.h"
+
 #include <QCoreApplication>
 #include <QLibraryInfo>
 #include <QPluginLoader>
@@ -23,6 +25,8 @@ void loadBackend()
     // It registers itself when it is created. The thread that needs it first may end before it.
     if (QObject* const backend = loader.instance())
         backend->moveToThread(QCoreApplication::instance()->thread());
+    else
+        MVR_LOG_WARN(u"TLS is not available: "_s + loader.errorString());
 }
 } // namespace
 

@@ -10,7 +10,7 @@
 /// An ordered list of identifiers without duplicates or null identifiers, as an implicitly shared
 /// value. Copying takes constant time; membership is O(1). Changing one entry looks through the
 /// list of blocks, a 256th of the whole, and changes one of them; the first change after a copy
-/// was taken duplicates the index of all identifiers, some milliseconds for a hundred thousand.
+/// was taken duplicates the index of all identifiers, a millisecond or two for a hundred thousand.
 class TaskIdList
 {
     struct Block

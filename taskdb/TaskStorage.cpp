@@ -274,7 +274,8 @@ TodoTask::Id TaskStorage::createTask(const FocusGroup::Id& groupId)
     return task.id();
 }
 
-/// `change` tells whether it changed the task it was given; if so, that counts and is told.
+/// Raises the modification counter and emits taskChanged() if `change` returns true: it did change
+/// the task it was given.
 template <typename Change>
 void TaskStorage::_changeTask(const TodoTask::Id& id, const Change& change)
 {
@@ -286,7 +287,7 @@ void TaskStorage::_changeTask(const TodoTask::Id& id, const Change& change)
     Q_EMIT taskChanged(id);
 }
 
-/// Whatever `change` does to a group counts. Returns whether there is such a group.
+/// Raises the modification counter, whatever `change` does. Returns whether there is such a group.
 template <typename Change>
 bool TaskStorage::_changeGroup(const FocusGroup::Id& id, const Change& change)
 {
@@ -299,7 +300,7 @@ bool TaskStorage::_changeGroup(const FocusGroup::Id& id, const Change& change)
     return true;
 }
 
-/// The same, and told.
+/// The same, and emits groupChanged().
 template <typename Change>
 void TaskStorage::_changeMembers(const FocusGroup::Id& id, const Change& change)
 {

@@ -304,7 +304,7 @@ void FocusGroupListWidget::dropEvent(QDropEvent* event)
     const auto drag = dynamic_singleton<DragHelper>::inst().dragOf(event->mimeData());
     FocusGroupWidget* entry = _entryAt(event->position().toPoint());
     // Asked once more: the store may have changed since the drag came over the entry.
-    const bool taken = drag && entry && entry->takes(*drag);
+    const bool taken = drag && entry && entry->accepts(*drag);
     event->setAccepted(taken);
     if (!taken)
         return;
@@ -322,7 +322,7 @@ bool FocusGroupListWidget::_dragTo(const QPoint& point)
         m_dragEntry = entry;
         // Asked once an entry: it goes through all the tasks dragged.
         if (entry)
-            entry->setDragOver(entry->takes(*m_drag));
+            entry->setDragOver(entry->accepts(*m_drag));
     }
     return entry && entry->isDragOver();
 }

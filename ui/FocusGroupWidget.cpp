@@ -17,6 +17,7 @@
 #include <QToolTip>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -232,7 +233,7 @@ void FocusGroupWidget::leaveEvent(QEvent* /*event*/)
     m_state &= ~hoverBit;
 }
 
-bool FocusGroupWidget::takes(const DragGroup& drag) const
+bool FocusGroupWidget::accepts(const DragGroup& drag) const
 {
     if (drag.type() == DragGroup::GroupDrag)
         return TaskStorage::isCustom(m_id) && drag.groupId() != m_id;

@@ -46,7 +46,7 @@ public:
     [[nodiscard]] bool isDragOver() const { return (m_state & dragOverBit) != 0; }
     void setDragOver(bool over);
     /// Whether the group may have what is dragged: none of the tasks yet, or another custom group.
-    [[nodiscard]] bool takes(const DragGroup& drag) const;
+    [[nodiscard]] bool accepts(const DragGroup& drag) const;
     /// Moves or copies to the group what it takes, in the store, and tells the drag.
     void take(DragGroup& drag);
     /// The key that makes the group current, for the tool tip; empty for none.

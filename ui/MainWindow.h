@@ -86,6 +86,6 @@ private:
     QPointer<CommitStrip> m_commitStrip; // only while changes cannot be saved
     QWidget* m_toolbar = nullptr;
     QPropertyAnimation* m_animation = nullptr;
-    int m_panelWidth = 0;      // that it is to have
-    int m_shownPanelWidth = 0; // that the window gave it last
+    int m_panelWidth = 0;      // as the user chose it
+    int m_shownPanelWidth = 0; // brought into range, as the window set it last
 };

@@ -20,6 +20,8 @@
 
 #include <boost/make_shared.hpp>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -135,12 +137,12 @@ TaskWidget* TaskListWidget::_createRow(QWidget* parent)
     return new TaskWidget({}, this, parent);
 }
 
-/// Forgets the group; what is shown goes with the next tasks.
 void TaskListWidget::_clear()
 {
     stopEditing(m_edited, false);
     m_groupId = {};
     m_rows.clear();
+    _layoutRows();
 }
 
 void TaskListWidget::_loadTasks()
@@ -183,15 +185,8 @@ void TaskListWidget::_rowsChanged()
 /// Scrolls so that a row lies at a height of the viewport, where it was before others changed.
 void TaskListWidget::_keepInPlace(qsizetype row, int place)
 {
-    verticalScrollBar()->setValue(verticalScrollBar()->value() + rowRect(row).top() - place);
-}
-
-/// Shows a task that the group got.
-void TaskListWidget::_addTask(const TodoTask::Id& id, bool edit)
-{
-    _followStore();
-    if (edit)
-        _startEditing(m_rows.indexOf(id));
+    if (m_rows.isValid(row))
+        verticalScrollBar()->setValue(verticalScrollBar()->value() + rowRect(row).top() - place);
 }
 
 /// Fills the Inbox with tasks that show a new user around.
@@ -201,16 +196,15 @@ void TaskListWidget::_onHeadStart(const QString& /*target*/)
         return;
     for (const StarterTask& task : StarterTask::all())
         _createTaskHelper(task.name, task.notes);
+    _followStore();
     m_firstClickHere = false;
 }
 
 void TaskListWidget::_createTaskHelper(const QString& name, const QString& notes)
 {
-    const TodoTask::Id id = taskStorage().createTask(m_groupId);
-    TodoTask task = taskStorage().get(id);
+    TodoTask task = taskStorage().get(taskStorage().createTask(m_groupId));
     task.rename(name);
     task.setNotes(notes);
-    _addTask(id, false);
 }
 
 void TaskListWidget::newTask()
@@ -219,7 +213,9 @@ void TaskListWidget::newTask()
     if (taskStorage().getGroup(m_groupId).id().isNull())
         return;
     _startEditing(-1);
-    _addTask(taskStorage().createTask(m_groupId), true);
+    const TodoTask::Id id = taskStorage().createTask(m_groupId);
+    _followStore();
+    _startEditing(m_rows.indexOf(id));
     if (!m_edited)
         return;
     m_rows.setNew(m_rows.edited(), true);
@@ -306,7 +302,9 @@ void TaskListWidget::stopEditing(TaskWidget* row, bool byReturn)
     if (!m_edited || row != m_edited)
         return;
     const qsizetype index = m_rows.edited();
-    const bool isAbove = rowRect(index).bottom() < 0;
+    // Where the form lies above what is in view, that stays where it is.
+    const bool isAbove = rowRect(index).bottom() < 0 && m_rows.isValid(index + 1);
+    const TodoTask::Id below = isAbove ? m_rows.idAt(index + 1) : TodoTask::Id();
     const int place = rowRect(index + 1).top();
     _closeForm();
     m_rows.setEdited(-1, 0);
@@ -319,9 +317,8 @@ void TaskListWidget::stopEditing(TaskWidget* row, bool byReturn)
         _clearSelection();
         _followStore();
     }
-    // The form lay above what is in view, which stays where it is.
     if (isAbove)
-        _keepInPlace(vanishes ? index : index + 1, place);
+        _keepInPlace(m_rows.indexOf(below), place);
 }
 
 void TaskListWidget::rowHeightChanged(TaskWidget* row)

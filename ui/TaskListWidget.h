@@ -73,7 +73,6 @@ private:
     void _setTasks(const QList<TodoTask::Id>& ids);
     void _rowsChanged();
     void _keepInPlace(qsizetype row, int place);
-    void _addTask(const TodoTask::Id& id, bool edit);
     void _createTaskHelper(const QString& name, const QString& notes);
     void _showHint();
     [[nodiscard]] QIcon _groupIcon() const;
@@ -104,9 +103,10 @@ private:
     bool m_followPending = false;
 
     QPixmap m_background;
-    bool m_mayDrag = false;       // the left button went down while nothing was edited
-    bool m_leftDown = false;      // pressed in the list, outside of the edited row
-    bool m_firstClickHere = true; // not on the hint, which is gone when the second one comes
+    bool m_mayDrag = false;  // the left button went down while nothing was edited
+    bool m_leftDown = false; // pressed in the list, outside of the edited row
+    // False once the hint's link was clicked: a double click on it comes here with its second half.
+    bool m_firstClickHere = true;
     QPoint m_pressPoint;
     std::optional<TodoTask::Id> m_pressed; // the task there, null for empty space
 };

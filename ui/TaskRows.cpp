@@ -14,18 +14,6 @@ qsizetype TaskRows::indexOf(const TodoTask::Id& id) const
     return -1;
 }
 
-TaskRows::Places TaskRows::_places() const
-{
-    const auto idOf = [this](qsizetype row) { return isValid(row) ? idAt(row) : TodoTask::Id(); };
-    return {idOf(m_edited), idOf(m_current)};
-}
-
-void TaskRows::_restore(const Places& places)
-{
-    m_edited = places.edited.isNull() ? -1 : indexOf(places.edited);
-    m_current = places.current.isNull() ? -1 : indexOf(places.current);
-}
-
 void TaskRows::clear()
 {
     m_rows.clear();
@@ -37,7 +25,9 @@ void TaskRows::clear()
 /// Most changes leave both ends of the list as they are: only what lies between is looked up.
 void TaskRows::assign(const QList<TodoTask::Id>& ids)
 {
-    const Places places = _places();
+    const auto idOf = [this](qsizetype row) { return isValid(row) ? idAt(row) : TodoTask::Id(); };
+    const TodoTask::Id edited = idOf(m_edited);
+    const TodoTask::Id current = idOf(m_current);
     const auto same = [](const Row& row, const TodoTask::Id& id) { return row.id == id; };
     const auto head = std::mismatch(m_rows.cbegin(), m_rows.cend(), ids.cbegin(), ids.cend(), same);
     const auto tail = std::mismatch(m_rows.crbegin(), std::make_reverse_iterator(head.first),
@@ -53,7 +43,8 @@ void TaskRows::assign(const QList<TodoTask::Id>& ids)
     std::copy(tail.first.base(), m_rows.cend(), std::back_inserter(rows));
     m_rows = rows;
     m_selected = std::count_if(rows.cbegin(), rows.cend(), [](const Row& r) { return r.selected; });
-    _restore(places);
+    m_edited = edited.isNull() ? -1 : indexOf(edited);
+    m_current = current.isNull() ? -1 : indexOf(current);
 }
 
 bool TaskRows::matches(const QList<TodoTask::Id>& ids) const

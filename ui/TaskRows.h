@@ -89,15 +89,6 @@ private:
         bool isNew;
     };
 
-    /// The tasks of the edited and the current row, to find them again after a change.
-    struct Places
-    {
-        TodoTask::Id edited;
-        TodoTask::Id current;
-    };
-    [[nodiscard]] Places _places() const;
-    void _restore(const Places& places);
-
     [[nodiscard]] qsizetype _rowBelow(qint64 y) const;
 
     QList<Row> m_rows;

@@ -33,6 +33,6 @@ public:
     /// Whether menus and dialogs offer to donate.
     [[nodiscard]] static bool donationEnabled();
     /// Opens the donation page in the desktop's browser; shows its address in a box above `parent`
-    /// if that fails. For those who link controls, which holds it.
+    /// if that fails. Defined in ui/controls/Donation.cpp: only who links controls can call it.
     static void donate(QWidget* parent);
 };

@@ -119,12 +119,14 @@ void TaskApiClient::taskCompleted(TaskApiRunnable* task)
 
 void TaskApiClient::_tellDelegate(TaskApiRunnable* task)
 {
-    if (!m_delegate)
-        return;
-    if (task->error().code() == ApiErrorCode::success)
-        m_delegate->apiTaskCompleted(this, task);
-    else
-        m_delegate->apiTaskFailed(this, task);
+    m_link->with([&](ITaskApiRunnableDelegate* /*client*/) {
+        if (!m_delegate)
+            return;
+        if (task->error().code() == ApiErrorCode::success)
+            m_delegate->apiTaskCompleted(this, task);
+        else
+            m_delegate->apiTaskFailed(this, task);
+    });
 }
 
 QString TaskApiClient::taskServerSecret() const

@@ -9,14 +9,16 @@
 
 namespace {
 
+bool isDarker(const QPalette& colours, QPalette::ColorRole ground, QPalette::ColorRole text)
+{
+    return colours.color(QPalette::Active, ground).lightness() <
+           colours.color(QPalette::Active, text).lightness();
+}
+
 bool isDark(const QPalette& colours)
 {
-    const auto lightness = [&](QPalette::ColorRole role) {
-        return colours.color(QPalette::Active, role).lightness();
-    };
-    return lightness(QPalette::Base) < lightness(QPalette::Text) ||
-           lightness(QPalette::Window) < lightness(QPalette::WindowText) ||
-           lightness(QPalette::ToolTipBase) < lightness(QPalette::ToolTipText);
+    return isDarker(colours, QPalette::Base, QPalette::Text) ||
+           isDarker(colours, QPalette::Window, QPalette::WindowText);
 }
 
 /// The usual one, where no desktop brings its own.
@@ -65,6 +67,8 @@ void fancy::replaceDarkPalette()
     // It also replaces what the desktop has chosen for menus and the like apart.
     if (isDark(QApplication::palette()))
         QApplication::setPalette(lightPalette());
-    if (isDark(QToolTip::palette()))
+    // Light desktops may have dark tool tips.
+    const QPalette toolTips = QToolTip::palette();
+    if (isDark(toolTips) || isDarker(toolTips, QPalette::ToolTipBase, QPalette::ToolTipText))
         QToolTip::setPalette(lightPalette());
 }

@@ -12,6 +12,8 @@
 #include <QScreen>
 #include <QToolTip>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -309,7 +311,8 @@ void DateWidget::resizeEvent(QResizeEvent* event)
 void DateWidget::changeEvent(QEvent* event)
 {
     QWidget::changeEvent(event);
-    if (event->type() == QEvent::LanguageChange)
-        m_edit->setHintText(tr("Due date"));
+    if (event->type() != QEvent::LanguageChange)
+        return;
+    m_edit->setHintText(tr("Due date"));
     _markWrongText();
 }

@@ -6,11 +6,14 @@
 
 FancySplitterHandle::FancySplitterHandle(Qt::Orientation orientation, QWidget* parent)
     : QWidget(parent)
+    , m_orientation(orientation)
 {
     setCursor(orientation == Qt::Horizontal ? Qt::SplitHCursor : Qt::SplitVCursor);
 }
 
 void FancySplitterHandle::paintEvent(QPaintEvent* /*event*/)
 {
-    QPainter(this).fillRect(width() / 2, 0, 1, height(), fancy::color(fancy::Frame));
+    const QRect line = m_orientation == Qt::Horizontal ? QRect(width() / 2, 0, 1, height())
+                                                       : QRect(0, height() / 2, width(), 1);
+    QPainter(this).fillRect(line, fancy::color(fancy::Frame));
 }

@@ -14,4 +14,7 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+
+private:
+    Qt::Orientation m_orientation;
 };

@@ -8,7 +8,7 @@
 
 namespace {
 
-/// What the style leaves above, between and below icon and text, all told.
+/// What the style leaves above, between and below icon and text, together.
 constexpr int labelMargins = 6;
 constexpr qreal radius = 3;
 

@@ -13,7 +13,6 @@
 #include <QTextEdit>
 
 #include <type_traits>
-#include <utility>
 
 /// An editor, QTextEdit or QLineEdit or derived from one, with a hint. While the hint is shown it
 /// stands in the editor as its text: readers ask userText(), writers call setUserText().
@@ -46,7 +45,7 @@ public:
 
     /// A fixed background, and a text colour that can be read on it under any theme.
     void setBaseColor(const QColor& color);
-    /// Gives what is no hint this colour, or its selection; an invalid colour ends that.
+    /// Colours the text and its selection, but not the hint; an invalid colour ends that.
     void setMark(const QColor& color);
 
 protected:
