@@ -1,4 +1,4 @@
-// Replacing a file: names, swap, and every way of failing with the old version kept.
+// Replacing a file: swap, permissions, and every way of failing with the old version kept.
 #include "app/base/CSafeFileUpdate.h"
 #include "tests/base/Files.h"
 #include "tests/support/DiskFaults.h"

@@ -1,4 +1,4 @@
-// The commit thread: when it writes, what failures leave behind, and that no crash loses data.
+// The commit thread: when it writes, what failures leave behind, and in which order commits come.
 
 #include "app/base/Clock.h"
 #include "taskdb/TaskStorageCommiter.h"
