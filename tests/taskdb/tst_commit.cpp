@@ -13,6 +13,7 @@
 
 #include <atomic>
 #include <cerrno>
+#include <dlfcn.h>
 #include <thread>
 
 using namespace Qt::StringLiterals;
@@ -28,6 +29,8 @@ qsizetype tasksIn(const QString& path)
     return isLoaded ? store.getGroup(TaskStorage::ms_inboxId).tasks().size() : -1;
 }
 
+std::atomic_bool refusesThread = false;
+
 QString filesIn(const QString& folder)
 {
     return QDir(folder).entryList(QDir::Files, QDir::Name).join(u' ');
@@ -35,12 +38,44 @@ QString filesIn(const QString& folder)
 
 } // namespace
 
+/// In place of the system's, which Qt calls.
+extern "C" int pthread_create(pthread_t* thread, const pthread_attr_t* attributes,
+                              void* (*function)(void*), void* argument) noexcept
+{
+    if (refusesThread.exchange(false))
+        return EAGAIN;
+    static const auto real =
+        reinterpret_cast<decltype(&pthread_create)>(::dlsym(RTLD_NEXT, "pthread_create"));
+    return real(thread, attributes, function, argument);
+}
+
 class CommitTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void cleanup() { DiskFaults::reset(); }
+
+    /// The end writes without one; before that, one is started at the next interval.
+    void withoutAThread()
+    {
+        LogWatch log;
+        const QTemporaryDir dir;
+        const QString path = dir.filePath(u"database.xml"_s);
+        for (const int interval : {60000, 1}) {
+            TaskStorage store(path);
+            store.setCommitInterval(interval);
+            QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"Thread creation error"_s));
+            refusesThread = true;
+            QCOMPARE(store.init(), TaskStorage::NoError);
+            QCOMPARE(log.take().size(), 1);
+            QCOMPARE(store.commitFailure().cause, CommitFailure::thread);
+            (void)store.createTask(TaskStorage::ms_inboxId);
+            if (interval == 1)
+                QTRY_COMPARE(tasksIn(path), 2);
+        }
+        QCOMPARE(tasksIn(path), 2);
+    }
 
     void onlyAQuietStoreIsWrittenAndOnlyOnce()
     {

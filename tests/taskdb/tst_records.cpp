@@ -2,7 +2,9 @@
 
 #include "app/base/Clock.h"
 #include "taskdb/ExportText.h"
+#include "taskdb/SharedStorage.h"
 #include "taskdb/TaskStorageSnapsot.h"
+#include "tests/support/LogWatch.h"
 #include "tests/support/StoreBuilder.h"
 
 #include <QBuffer>
@@ -34,6 +36,31 @@ private Q_SLOTS:
             QCOMPARE(task.daysToEvent(), days);
         }
         Clock::release();
+    }
+
+    /// A listener replaces the group and deletes the task whose setters are running.
+    void listenersMayTakeTheRecordAway()
+    {
+        const LogWatch log;
+        StoreBuilder builder;
+        setSharedStorage(&builder.store);
+        const FocusGroup::Id home = builder.store.createGroup(u"Home"_s, {});
+        QList<TodoTask::Id> ids;
+        for (const QString& name : {u"a"_s, u"b"_s, u"c"_s})
+            ids += builder.task(home, name);
+        auto task = std::make_unique<TodoTask>(builder.store.get(ids.first()));
+        FocusGroup group = builder.store.getGroup(home);
+        connect(&builder.store, &TaskStorage::taskChanged, this, [&task] { task.reset(); });
+        connect(&builder.store, &TaskStorage::groupChanged, this,
+                [&] { group = builder.store.getGroup(home); });
+        task->setNotes(u"Some"_s);
+        QCOMPARE(builder.store.get(ids.first()).notes(), u"Some"_s);
+        // The identifier is an entry of the list that it changes.
+        group.reorder(*std::next(group.tasks().begin(), 2), false, {ids.at(0)});
+        QCOMPARE(builder.members(home), (QList{ids.at(1), ids.at(2), ids.at(0)}));
+        group.remove(*group.tasks().begin(), false);
+        QCOMPARE(builder.members(TaskStorage::ms_trashId), QList{ids.at(1)});
+        setSharedStorage(nullptr);
     }
 
     void groupsAsText()
