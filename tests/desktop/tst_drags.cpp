@@ -149,14 +149,6 @@ private Q_SLOTS:
         panel().refresh();
         QCOMPARE(groups(), u"Inbox,Work,Home,Completed,Trash"_s);
     }
-
-    void nothingIsDraggedWhileEditing()
-    {
-        edit(1);
-        drag(rowPoint(0), entryPoint(1));
-        QCOMPARE(inbox(), u"a,b,c,d"_s);
-        QVERIFY(!row(1)->isEditing());
-    }
 };
 
 QTEST_MAIN(DragsTest)

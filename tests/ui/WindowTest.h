@@ -114,6 +114,15 @@ protected:
     {
         QTest::mouseDClick(list().viewport(), Qt::LeftButton, {}, middleOf(number));
     }
+    /// In the place of the one there is.
+    void openWindow()
+    {
+        m_window.reset();
+        m_window = std::make_unique<MainWindow>();
+        m_window->show();
+        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+        QTRY_VERIFY(listHasFocus());
+    }
     bool listHasFocus() { return QApplication::focusWidget() == &list(); }
 
 protected Q_SLOTS:
@@ -124,10 +133,7 @@ protected Q_SLOTS:
         m_log = std::make_unique<LogWatch>();
         dynamic_singleton<ProgramSettings>::inst().dateFormat = QStringLiteral("dd.MM.yyyy");
         QCOMPARE(dynamic_singleton<TaskCore>::inst().init(), TaskStorage::NoError);
-        m_window = std::make_unique<MainWindow>();
-        m_window->show();
-        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
-        QTRY_VERIFY(listHasFocus());
+        openWindow();
     }
 
     void cleanup()

@@ -250,8 +250,7 @@ private Q_SLOTS:
         QCOMPARE(panel().width(), from + 400);
         m_window.reset();
         QCOMPARE(settings().groupPanelWidth, from + 400);
-        m_window = std::make_unique<MainWindow>();
-        m_window->show();
+        openWindow();
         QCOMPARE(panel().width(), from + 400);
     }
 
@@ -262,8 +261,7 @@ private Q_SLOTS:
             m_window.reset();
             settings().mainWindowFrame = narrow;
             settings().groupPanelWidth = stored;
-            m_window = std::make_unique<MainWindow>();
-            m_window->show();
+            openWindow();
             QCOMPARE(panel().width(), shown);
             m_window.reset();
             QCOMPARE(settings().mainWindowFrame, narrow);

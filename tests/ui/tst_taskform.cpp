@@ -1,5 +1,4 @@
 // A task edited in place: its name, notes and due date.
-#include "tests/support/Capitals.h"
 #include "tests/ui/WindowTest.h"
 #include "ui/controls/CalendarPopup.h"
 #include "ui/controls/DateWidget.h"
@@ -157,24 +156,6 @@ private Q_SLOTS:
         QCOMPARE(list().rows().idAt(list().rowAt({50, 50})), top);
         list().setGroup(TaskStorage::ms_completedId);
         QVERIFY2(!visibleIn<TaskWidget>(list()), "rows that nobody owns");
-    }
-
-    void languageChangesReachTheForm()
-    {
-        addTasks({u"a"_s, {}});
-        edit(0);
-        key(Qt::Key_Delete);
-        key(Qt::Key_Tab);
-        Capitals capitals;
-        QCoreApplication::installTranslator(&capitals);
-        QCoreApplication::processEvents();
-        QCOMPARE(name()->text(), u"TASK NAME"_s);
-        QCOMPARE(row(1)->findChild<ElidedLabel*>()->text(), u"<UNNAMED TASK>"_s);
-        key(Qt::Key_Tab);
-        QCOMPARE(notes()->toPlainText(), u"NOTES"_s);
-        // Neither hint gets into the store.
-        QCOMPARE(task(0).notes(), QString());
-        QCOMPARE(task(0).name(), QString());
     }
 };
 

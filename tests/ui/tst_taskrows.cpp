@@ -3,7 +3,6 @@
 #include "ui/TaskRows.h"
 
 #include <QTest>
-#include <QWidget>
 
 namespace {
 
@@ -51,25 +50,6 @@ private Q_SLOTS:
             }
             QCOMPARE(rows.rowAt(y - TaskRows::spacing), -1);
             QCOMPARE(rows.contentHeight(), y - TaskRows::spacing + TaskRows::margin);
-        }
-    }
-
-    /// Past the tallest possible widget the body is shorter than the rows, and still every row
-    /// can be reached.
-    void tallerThanAWidget()
-    {
-        QVERIFY(TaskRows::maxBodyHeight < QWIDGETSIZE_MAX);
-        constexpr int viewport = 400;
-        TaskRows rows = makeRows(1'000'000);
-        QCOMPARE(rows.bodyHeight(), TaskRows::maxBodyHeight);
-        const int last = rows.bodyHeight() - viewport;
-        QCOMPARE(rows.toLogical(0, viewport), 0);
-        QCOMPARE(rows.toLogical(last, viewport), rows.contentHeight() - viewport);
-        for (qsizetype row : {qsizetype{0}, qsizetype{654'321}, qsizetype{999'999}}) {
-            const qint64 wanted =
-                qMin(rows.top(row) - TaskRows::margin, rows.contentHeight() - viewport);
-            const qint64 shown = rows.toLogical(rows.toScroll(wanted, viewport), viewport);
-            QVERIFY(shown >= wanted && shown - wanted < rowHeight);
         }
     }
 
