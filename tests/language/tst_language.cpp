@@ -10,24 +10,16 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-QString inbox()
-{
-    return QCoreApplication::translate("IconsHelper", "Inbox");
-}
-
 class Titled : public LocalizedDialog
 {
 public:
     void retranslateUI() override
     {
         // Dates follow together with the texts.
-        setWindowTitle(inbox() + u' ' + QLocale().standaloneDayName(1));
+        setWindowTitle(QCoreApplication::translate("IconsHelper", "Inbox") + u' ' +
+                       QLocale().standaloneDayName(1));
     }
 };
-
-} // namespace
 
 class tst_Language : public QObject
 {
@@ -36,26 +28,21 @@ class tst_Language : public QObject
 private Q_SLOTS:
     void initTestCase() { initLanguages(); }
 
-    void cleanup()
-    {
-        dynamic_singleton<Language>::destroy();
-        QCOMPARE(inbox(), u"Inbox"_s);
-    }
+    void cleanup() { dynamic_singleton<Language>::destroy(); }
 
     void fallback()
     {
         QCOMPARE(Language::availableLanguages(),
                  QStringList({u"en_US"_s, u"de"_s, u"fr_FR"_s, u"ru_RU"_s}));
         dynamic_singleton<ProgramSettings>::inst().uiLanguage = u"ru_RU"_s;
-        // Without a catalogue, by that of the language, damaged, with Qt's only.
+        // Without a catalogue, by that of the language, damaged.
         for (const auto& [wanted, language, text] : {std::tuple(u"en_GB"_s, u"en_GB"_s, u"Inbox"_s),
                                                      {u"de_AT"_s, u"de_AT"_s, u"Eingang"_s},
-                                                     {u"fr_FR"_s, u"ru_RU"_s, u"Входящие"_s},
-                                                     {u"it_IT"_s, u"ru_RU"_s, u"Входящие"_s}}) {
+                                                     {u"fr_FR"_s, u"ru_RU"_s, u"Входящие"_s}}) {
             Language::loadLanguageSettings();
             QCOMPARE(Language::setLanguage(wanted), language == wanted);
             QCOMPARE(Language::language(), language);
-            QCOMPARE(inbox(), text);
+            QCOMPARE(QCoreApplication::translate("IconsHelper", "Inbox"), text);
             QCOMPARE(QLocale().name(), language);
         }
     }
@@ -63,18 +50,15 @@ private Q_SLOTS:
     void openDialogFollows()
     {
         Titled dialog;
-        QDialogButtonBox buttons(QDialogButtonBox::Cancel, &dialog);
-        const auto shown = [&]() -> QString {
-            return dialog.windowTitle() + u' ' + buttons.button(QDialogButtonBox::Cancel)->text();
-        };
+        QDialogButtonBox buttons(&dialog);
+        const QPushButton* cancel = buttons.addButton(QDialogButtonBox::Cancel);
         dialog.show();
         QVERIFY(Language::setLanguage(u"ru_RU"_s));
-        QTRY_COMPARE(shown(), u"Входящие понедельник Отмена"_s);
+        QTRY_COMPARE(dialog.windowTitle(), u"Входящие понедельник"_s);
+        QTRY_COMPARE(cancel->text(), u"Отмена"_s);
         QVERIFY(Language::setLanguage(u"de_DE"_s));
         QTRY_COMPARE(dialog.windowTitle(), u"Eingang Montag"_s);
-        QVERIFY2(shown().contains("Cancel"_L1), "Qt's other language has gone too");
-        QVERIFY(Language::setLanguage(u"en_US"_s));
-        QTRY_COMPARE(shown(), u"Inbox Monday Cancel"_s);
+        QVERIFY2(cancel->text().contains("Cancel"_L1), "Qt's other language has gone too");
     }
 };
 

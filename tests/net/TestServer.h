@@ -37,8 +37,8 @@ private:
 };
 
 /// A new key and a certificate that it signs itself, in PEM, for a name such as "DNS:a.example" or
-/// "IP:127.0.0.1"; one that is not valid any more if `days` is negative.
-[[nodiscard]] QByteArray makeIdentity(const QString& name, int days = 2);
+/// "IP:127.0.0.1".
+[[nodiscard]] QByteArray makeIdentity(const QString& name);
 /// Has the socket go on with TLS, as the server's side.
 void encrypt(QSslSocket& socket, const QByteArray& identity);
 
@@ -52,8 +52,6 @@ public:
     Q_DISABLE_COPY_MOVE(PinnedCertificate)
 
 private:
-    [[nodiscard]] const uchar* _data() const;
-
     QByteArray m_resource;
 };
 

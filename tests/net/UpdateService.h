@@ -26,7 +26,7 @@ private:
     const PinnedCertificate m_pin{m_identity};
 
 public:
-    QByteArray answer; ///< sent to every request; nothing while it is empty
+    QByteArray answer; ///< sent to every request
     TestServer server{[this](const QByteArray& request, QSslSocket& socket) {
         if (!request.startsWith("CONNECT ")) {
             socket.write(answer);

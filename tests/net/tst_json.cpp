@@ -38,14 +38,10 @@ private Q_SLOTS:
             {u"[18446744073709551615,18446744073709551616,-9223372036854775808,"
              "-9223372036854775809,0.5E+1,1.0e309]"_s,
              "[ 18446744073709551615, 0, -9223372036854775808, 0, 5.0, 0.0 ]"},
-            {u"[1e5,-1e5,1-2,--1,-,1.2.3,1.e,-.]"_s, "[ 0, 0, 0, 0, 0, 0.0, 0.0, 0.0 ]"},
             {u"\"\n\t\x01é\\\"\\\\\\/\\b\\f\\n\\r\\t\""_s,
              "\"\\n\\t\x01é\\\"\\\\/\\b\\f\\n\\r\\t\""},
-            {u"\"a\\qb\\'\\Uc\""_s, R"("abc")"},
             {uR"("\u00e9\uD83D\uDE00\u0000x")"_s, "\"é😀\0x\""_ba},
-            {uR"("\u+123\u 12\u12\u0x1F\u００００")"_s, "\"\0\0u12\0\0\""_ba},
             {u"{\"b\":1,\"a\":{\"\":null},\"b\":2,}"_s, R"({ "a" : { "" : null }, "b" : 2 })"},
-            {u"{1a\":1[b\":2,\n:c\" : 3}"_s, R"({ "a" : 1, "b" : 2, "c" : 3 })"},
         };
         for (const auto& [text, expected] : texts) {
             bool success = false;
@@ -55,18 +51,15 @@ private Q_SLOTS:
         }
         QVERIFY(Json::parse(nested(500, 500)).isValid());
         QCOMPARE(Json::parse(u"12"_s).typeId(), QMetaType::ULongLong);
-        QCOMPARE(Json::parse(u"-12"_s).typeId(), QMetaType::LongLong);
-        QVERIFY(!Json::parse(u"\"\""_s).toString().isNull());
     }
 
     void refuses()
     {
-        const QStringList texts{
-            u" \n"_s,      u"[1,2"_s,        u"{\"a\""_s,      u"{\"a\" 1}"_s,
-            u"{\"a\":}"_s, u"[1}"_s,         u"[:]"_s,         u"tru"_s,
-            u"True"_s,     u"+1"_s,          u".5"_s,          u"\"abc"_s,
-            u"\"abc\\"_s,  u"\"\\u12\""_s,   u"\u00a01"_s,     u"\ufeff1"_s,
-            u"[1,x]"_s,    u"{\"a\":1,x}"_s, nested(501, 500), u"[{1\":"_s.repeated(1'000'000)};
+        const QStringList texts{u" \n"_s,         u"[1,2"_s,
+                                u"{\"a\":}"_s,    u"[1}"_s,
+                                u"tru"_s,         u"\"abc\\"_s,
+                                u"\"\\u12\""_s,   u"\ufeff1"_s,
+                                nested(501, 500), u"[{1\":"_s.repeated(1'000'000)};
         for (const QString& text : texts) {
             bool success = true;
             const bool isValid = Json::parse(text, success).isValid();
@@ -76,20 +69,12 @@ private Q_SLOTS:
 
     void writes()
     {
-        const QVariant point = QPoint(1, 2);
         const QList<std::pair<QVariant, QByteArray>> values{
-            {QVariantHash{{u"é"_s, u"x"_s}}, "{ \"é\" : \"x\" }"},
-            {QStringList{u"a"_s, QString(), u"12"_s}, R"([ "a", "", "12" ])"},
-            {QVariantList{u"\x7f\0"_s, QString(QChar(0xD800)), QByteArray("\"\xC3\xA9\xFF")},
-             "[ \"\x7f\0\", \"?\", \"\\\"\xC3\xA9\xEF\xBF\xBD\" ]"_ba},
-            {QVariantList{2.0, -1e19, 0.1, 1e-5, 1e20, qInf(), -qInf(), qQNaN()},
-             "[ 2.0, -10000000000000000000.0, 0.10000000000000000555, "
-             "1.0000000000000000818e-05, 1e+20, inf.0, -inf.0, nan.0 ]"},
-            {QVariantList{-1, QVariant::fromValue(uchar(200)), QVariant::fromValue(~0UL),
-                          QChar(u'a'), 1.5F, QUrl(u"http://a.example/é?b"_s)},
-             "[ -1, 200, 18446744073709551615, 97, 2, \"http://a.example/é?b\" ]"},
-            {QVariantList{1, point, 2}, {}},
-            {QVariantHash{{u"a"_s, QVariantMap{{u"b"_s, point}}}}, {}},
+            {QVariantHash{{u"é"_s, QStringList{u"a"_s, QString()}}}, R"({ "é" : [ "a", "" ] })"},
+            {QVariantList{2.0, -1e19, 0.1, 1e20, -1, ~0ULL, QUrl(u"http://a.example/é?b"_s)},
+             "[ 2.0, -10000000000000000000.0, 0.10000000000000000555, 1e+20, -1, "
+             "18446744073709551615, \"http://a.example/é?b\" ]"},
+            {QVariantHash{{u"a"_s, QVariantMap{{u"b"_s, QPoint(1, 2)}}}}, {}},
         };
         for (const auto& [value, expected] : values) {
             bool success = expected.isNull();
