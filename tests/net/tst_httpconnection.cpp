@@ -77,17 +77,21 @@ private Q_SLOTS:
         }
     }
 
-    void endlessHeadersEnd()
+    void endlessAnswersEnd()
     {
-        const TestServer server([](const QByteArray&, QSslSocket& socket) {
+        const TestServer server([](const QByteArray& request, QSslSocket& socket) {
             QObject::connect(&socket, &QIODevice::bytesWritten, &socket, [&socket] {
                 if (socket.bytesToWrite() == 0)
                     socket.write(QByteArray(65536, 'x'));
             });
-            socket.write("HTTP/1.1 200 OK\r\nA: ");
+            socket.write(request.startsWith("GET /header")
+                             ? "HTTP/1.1 200 OK\r\nA: "
+                             : "HTTP/1.1 401 No\r\nWWW-Authenticate: Basic realm=\"x\"\r\n\r\n");
         });
-        QCOMPARE(_get(server.url(u"/"_s)), u"The answer is too large"_s);
-        QTRY_VERIFY2(!server.findChild<QSslSocket*>(), "it is still being listened to");
+        for (const QString& path : {u"/header"_s, u"/password"_s}) {
+            QCOMPARE(_get(server.url(path)), u"The answer is too large"_s);
+            QTRY_VERIFY2(!server.findChild<QSslSocket*>(), "it is still being listened to");
+        }
     }
 
     void certificates()

@@ -5,7 +5,6 @@
 #include "ui/EditGroupDialog.h"
 #include "ui/controls/Prompt.h"
 
-#include <QAccessible>
 #include <QLineEdit>
 #include <QMenu>
 #include <QTimer>
@@ -96,17 +95,6 @@ private Q_SLOTS:
         QTRY_COMPARE(counts(u"Home"_s), u"0,1,0"_s);
         store().removeTask(idOf(u"Home"_s), a, false);
         QTRY_COMPARE(counts(u"Home"_s), u"0,0,0"_s);
-    }
-
-    void screenReadersHearAndPressAnEntry()
-    {
-        addTask(u"Home"_s, 0);
-        addTask(u"Home"_s, 1);
-        QAccessibleInterface* heard = QAccessible::queryAccessibleInterface(entry(u"Home"_s));
-        QTRY_COMPARE(heard->text(QAccessible::Name), u"Home, 1 due now, 1 soon"_s);
-        QVERIFY(heard->role() == QAccessible::ListItem && !heard->state().selected);
-        heard->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-        QVERIFY(heard->state().selected);
     }
 
     void menu_data()
