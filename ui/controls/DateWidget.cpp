@@ -21,24 +21,25 @@ namespace {
 /// Of a text that is no date, on the light background of the field.
 constexpr QColor wrongTextColor(0xb3, 0x1d, 0x1d);
 
-// Both ways without the system's locale: its digits could not be typed on every keyboard, and its
-// names of months would not always be read back.
-QString toText(const QDateTime& value)
-{
-    return value.date().toString(DateWidget::fixedDateFormat());
-}
-
-QString tomorrowsText()
-{
-    return toText(Clock::today().addDays(1).startOfDay());
-}
-
-/// Without direction marks, which no keyboard has.
+/// Without direction marks: no keyboard has them, and they would show a date in another order than
+/// that in which it is typed.
 QString typable(QString text)
 {
     for (const char16_t mark : {u'\u061c', u'\u200e', u'\u200f'})
         text.remove(QChar(mark));
     return text;
+}
+
+// Both ways without the system's locale: its digits could not be typed on every keyboard, and its
+// names of months would not always be read back.
+QString toText(const QDateTime& value)
+{
+    return typable(value.date().toString(DateWidget::fixedDateFormat()));
+}
+
+QString tomorrowsText()
+{
+    return toText(Clock::today().addDays(1).startOfDay());
 }
 
 /// The first moment of the day: in some zones a few days have no midnight.
