@@ -22,7 +22,7 @@ void TaskRows::clear()
     m_current = -1;
 }
 
-/// Most changes leave both ends of the list as they are: only what lies between is looked up.
+/// Looks up only what has something to keep, and lies between the ends that stay as they are.
 void TaskRows::assign(const QList<TodoTask::Id>& ids)
 {
     const auto idOf = [this](qsizetype row) { return isValid(row) ? idAt(row) : TodoTask::Id(); };
@@ -32,14 +32,16 @@ void TaskRows::assign(const QList<TodoTask::Id>& ids)
     const auto head = std::mismatch(m_rows.cbegin(), m_rows.cend(), ids.cbegin(), ids.cend(), same);
     const auto tail = std::mismatch(m_rows.crbegin(), std::make_reverse_iterator(head.first),
                                     ids.crbegin(), std::make_reverse_iterator(head.second), same);
-    QHash<TodoTask::Id, Row> known;
-    for (auto row = head.first; row != tail.first.base(); ++row)
-        known.insert(row->id, *row);
+    QHash<TodoTask::Id, Row> marked;
+    for (auto row = head.first; row != tail.first.base(); ++row) {
+        if (row->selected || row->isNew)
+            marked.insert(row->id, *row);
+    }
     QList<Row> rows;
     rows.reserve(ids.size());
     std::copy(m_rows.cbegin(), head.first, std::back_inserter(rows));
     for (auto id = head.second; id != tail.second.base(); ++id)
-        rows.append(known.value(*id, Row{*id, false, false}));
+        rows.append(marked.value(*id, Row{*id, false, false}));
     std::copy(tail.first.base(), m_rows.cend(), std::back_inserter(rows));
     m_rows = rows;
     m_selected = std::count_if(rows.cbegin(), rows.cend(), [](const Row& r) { return r.selected; });
