@@ -4,6 +4,8 @@
 #include "taskdb/SharedStorage.h"
 #include "taskdb/TaskStorage.h"
 
+#include <utility>
+
 struct FocusGroup::Data : QSharedData
 {
     Id id;
@@ -152,4 +154,16 @@ void FocusGroup::_removeAll()
 void FocusGroup::_reorder(TodoTask::Id anchorId, bool before, const QList<TodoTask::Id>& taskIds)
 {
     d->tasks.reorder(anchorId, before, taskIds);
+}
+
+GroupImage FocusGroup::image() const
+{
+    return {d->name, d->iconName, d->tasks.order()};
+}
+
+QList<TodoTask::Id> FocusGroup::_exchange(GroupImage& other)
+{
+    std::swap(d->name, other.name);
+    std::swap(d->iconName, other.iconName);
+    return d->tasks.exchange(other.tasks);
 }

@@ -8,6 +8,17 @@
 #include <QString>
 #include <QUuid>
 
+/// What a group is besides its identifier. Copying it takes constant time, and keeping it costs the
+/// group as little as TaskIdList::Order does its list.
+struct GroupImage
+{
+    QString name;
+    QString iconName;
+    TaskIdList::Order tasks;
+
+    bool operator==(const GroupImage& other) const = default;
+};
+
 /// A named, ordered list of task identifiers, as an implicitly shared value. The setters change
 /// this copy and then the shared store; the underscore forms change this copy only. Identifiers
 /// come by value where the list loses some: they may be entries of it.
@@ -59,6 +70,11 @@ public:
     bool _remove(TodoTask::Id taskId);
     void _removeAll();
     void _reorder(TodoTask::Id anchorId, bool before, const QList<TodoTask::Id>& taskIds);
+
+    [[nodiscard]] GroupImage image() const;
+    /// Takes over an image and leaves the present one in its place. Returns the tasks that are new
+    /// to the group.
+    QList<TodoTask::Id> _exchange(GroupImage& other);
 
 private:
     struct Data;

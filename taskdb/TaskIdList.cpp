@@ -1,5 +1,11 @@
 #include "taskdb/TaskIdList.h"
 
+#include <QSet>
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
 namespace {
 constexpr qsizetype blockSize = 256;
 }
@@ -84,6 +90,62 @@ void TaskIdList::reorder(QUuid anchor, bool before, const QList<QUuid>& ids)
         moved.append(id);
     }
     _insertAt(block, pos, moved);
+}
+
+TaskIdList::Order TaskIdList::order() const
+{
+    Order order;
+    order.m_blocks = m_blocks;
+    return order;
+}
+
+bool TaskIdList::Order::operator==(const Order& other) const
+{
+    const_iterator left(&m_blocks, 0);
+    const_iterator right(&other.m_blocks, 0);
+    const const_iterator leftEnd(&m_blocks, m_blocks.size());
+    const const_iterator rightEnd(&other.m_blocks, other.m_blocks.size());
+    while (left != leftEnd && right != rightEnd) {
+        if (left.m_pos == 0 && right.m_pos == 0 &&
+            m_blocks.at(left.m_block).key() == other.m_blocks.at(right.m_block).key()) {
+            ++left.m_block;
+            ++right.m_block;
+        } else if (*left++ != *right++) {
+            return false;
+        }
+    }
+    return left == leftEnd && right == rightEnd;
+}
+
+/// An identifier is in one block at most, on either side: what blocks on both sides hold keeps its
+/// place in the index.
+QList<QUuid> TaskIdList::exchange(Order& other)
+{
+    std::swap(m_blocks, other.m_blocks);
+    QSet<std::pair<const QUuid*, quint32>> before;
+    for (const Block& block : std::as_const(other.m_blocks))
+        before.insert(block.key());
+    QList<QUuid> added;
+    QList<const Block*> fresh;
+    for (const Block& block : std::as_const(m_blocks)) {
+        m_nextNumber = qMax(m_nextNumber, block.number + 1);
+        if (before.remove(block.key()))
+            continue;
+        fresh.append(&block);
+        std::copy_if(block.ids.cbegin(), block.ids.cend(), std::back_inserter(added),
+                     [this](const QUuid& id) { return !contains(id); });
+    }
+    for (const Block& block : std::as_const(other.m_blocks)) {
+        if (!before.contains(block.key()))
+            continue;
+        for (const QUuid& id : block.ids)
+            m_blockNumbers.remove(id);
+    }
+    for (const Block* block : std::as_const(fresh)) {
+        for (const QUuid& id : block->ids)
+            m_blockNumbers.insert(id, block->number);
+    }
+    return added;
 }
 
 qsizetype TaskIdList::_positionOf(quint32 number) const

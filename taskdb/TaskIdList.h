@@ -6,6 +6,7 @@
 #include <QUuid>
 
 #include <iterator>
+#include <utility>
 
 /// An ordered list of identifiers without duplicates or null identifiers, as an implicitly shared
 /// value. Copying takes constant time; membership is O(1). Changing one entry looks through the
@@ -17,9 +18,28 @@ class TaskIdList
     {
         quint32 number = 0;
         QList<QUuid> ids;
+
+        /// The same for copies that share their identifiers.
+        [[nodiscard]] std::pair<const QUuid*, quint32> key() const
+        {
+            return {ids.constData(), number};
+        }
     };
 
 public:
+    /// The order alone, as a shared copy. Unlike a copy of the list it does not have the next
+    /// change of that duplicate the index.
+    class Order
+    {
+    public:
+        /// Blocks that both share are not looked into.
+        [[nodiscard]] bool operator==(const Order& other) const;
+
+    private:
+        friend class TaskIdList;
+        QList<Block> m_blocks;
+    };
+
     /// Visits the identifiers in order; invalidated by any change of the list.
     class const_iterator
     {
@@ -68,6 +88,11 @@ public:
     /// Does nothing for a null anchor or an empty list.
     void reorder(QUuid anchor, bool before, const QList<QUuid>& ids);
     void clear();
+
+    [[nodiscard]] Order order() const;
+    /// Takes over an order, of any list, and leaves the present one in its place. Returns which
+    /// identifiers are new to the list. Costs as much as the blocks that the two do not share.
+    QList<QUuid> exchange(Order& other);
 
 private:
     [[nodiscard]] qsizetype _positionOf(quint32 number) const;

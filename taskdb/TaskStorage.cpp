@@ -4,6 +4,7 @@
 #include "app/base/CSafeFileUpdate.h"
 #include "app/base/LogHelper.h"
 #include "app/base/PathHelper.h"
+#include "taskdb/StoreDelta.h"
 #include "taskdb/TaskStorageCommiter.h"
 #include "taskdb/TaskStorageReader.h"
 #include "taskdb/TaskStorageSnapsot.h"
@@ -197,6 +198,8 @@ qint32 TaskStorage::modification() const
 void TaskStorage::_modify()
 {
     m_modification = nextModification(m_modification);
+    if (m_journal)
+        m_journal->changeCounted();
 }
 
 qint32 TaskStorage::nextModification(qint32 modification)
@@ -265,9 +268,12 @@ TodoTask::Id TaskStorage::createTask(const FocusGroup::Id& groupId)
     FocusGroup* group = _findGroup(target);
     if (!group)
         return {};
+    _noteGroup(target);
     TodoTask task;
     task.create();
     m_tasks.insert(task);
+    if (m_journal)
+        m_journal->created.insert(task.id());
     group->_add(task.id());
     _modify();
     Q_EMIT groupChanged(target);
@@ -281,8 +287,15 @@ void TaskStorage::_changeTask(const TodoTask::Id& id, const Change& change)
 {
     const QMutexLocker lock(&m_lock);
     TodoTask* task = m_tasks.find(id);
-    if (!task || !change(*task))
+    if (!task)
         return;
+    const bool noted =
+        m_journal && !m_journal->replaced.tasks.contains(id) && !m_journal->created.contains(id);
+    const TodoTask before = noted ? *task : TodoTask();
+    if (!change(*task))
+        return;
+    if (noted)
+        m_journal->replaced.tasks.insert(id, before);
     _modify();
     Q_EMIT taskChanged(id);
 }
@@ -295,6 +308,7 @@ bool TaskStorage::_changeGroup(const FocusGroup::Id& id, const Change& change)
     FocusGroup* group = _findGroup(id);
     if (!group)
         return false;
+    _noteGroup(id);
     change(*group);
     _modify();
     return true;
@@ -356,6 +370,7 @@ void TaskStorage::removeTask(const FocusGroup::Id& groupId, const TodoTask::Id& 
         return;
     if (!m_tasks.contains(taskId) && !std::as_const(*group).contains(taskId))
         return;
+    _noteGroup(groupId);
     group->_remove(taskId);
     if (groupId == ms_trashId) {
         MVR_LOG_INFO(u"Delete task "_s + taskId.toString() + u" from trash"_s);
@@ -364,6 +379,7 @@ void TaskStorage::removeTask(const FocusGroup::Id& groupId, const TodoTask::Id& 
             MVR_LOG_INFO(u"Delete task "_s + taskId.toString() + u" skipping trash"_s);
         } else {
             MVR_LOG_INFO(u"Move task "_s + taskId.toString() + u" to trash"_s);
+            _noteGroup(ms_trashId);
             _findGroup(ms_trashId)->_add(taskId);
         }
     }
@@ -387,6 +403,7 @@ void TaskStorage::moveTasks(const FocusGroup::Id& fromGroupId, const FocusGroup:
     if (known.isEmpty())
         return;
 
+    _noteGroup(toGroupId);
     // A handler may change the tables, so the groups are looked up anew after each emission.
     if (isArchive(toGroupId)) {
         for (const TodoTask::Id& id : std::as_const(known)) {
@@ -395,6 +412,7 @@ void TaskStorage::moveTasks(const FocusGroup::Id& fromGroupId, const FocusGroup:
                 target->_add(id);
         }
     } else {
+        _noteGroup(fromGroupId);
         for (const TodoTask::Id& id : std::as_const(known)) {
             m_groups[fromGroupId]._remove(id);
             m_groups[toGroupId]._add(id);
@@ -425,6 +443,8 @@ FocusGroup::Id TaskStorage::createGroup(const QString& name, const QString& icon
     group.create();
     group._rename(name);
     group._setIconName(iconName);
+    _noteGroup(group.id());
+    _noteOrder();
     _addGroup(group);
     _modify();
     return group.id();
@@ -446,6 +466,9 @@ void TaskStorage::removeGroup(const FocusGroup::Id& groupId)
     FocusGroup* trash = _findGroup(ms_trashId);
     if (!trash || !isCustom(groupId) || !m_groups.contains(groupId))
         return;
+    _noteGroup(groupId);
+    _noteGroup(ms_trashId);
+    _noteOrder();
     const FocusGroup removed = m_groups.value(groupId);
     for (const TodoTask::Id& id : removed.tasks())
         trash->_add(id);
@@ -460,6 +483,7 @@ void TaskStorage::moveGroup(int position, const FocusGroup::Id& groupId)
     const qsizetype current = m_groupOrder.indexOf(groupId);
     if (current < 0 || position == current || position < 0 || position > m_groupOrder.size())
         return;
+    _noteOrder();
     m_groupOrder.removeAt(current);
     // One past the end of the shortened list means its end.
     m_groupOrder.insert(qMin(qsizetype{position}, m_groupOrder.size()), groupId);
@@ -518,8 +542,12 @@ int TaskStorage::_countParentGroups(const TodoTask::Id& taskId) const
 
 void TaskStorage::_removeFromAllGroups(const TodoTask::Id& taskId)
 {
-    for (FocusGroup& group : m_groups)
+    for (FocusGroup& group : m_groups) {
+        if (!std::as_const(group).contains(taskId))
+            continue;
+        _noteGroup(group.id());
         group._remove(taskId);
+    }
     const QList<FocusGroup::Id> ids = m_groups.keys();
     for (const FocusGroup::Id& id : ids)
         Q_EMIT groupChanged(id);

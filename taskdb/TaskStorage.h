@@ -12,9 +12,13 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 class QSessionManager;
 struct SafeWriteResult;
+struct StoreDelta;
+struct StoreDifference;
+class StoreJournal;
 class TaskStorageCommiter;
 class TaskStorageSnapsot;
 
@@ -124,6 +128,16 @@ public:
     /// Moves a custom group to the present place of another.
     void moveGroup(const FocusGroup::Id& placeGroupId, const FocusGroup::Id& groupId);
 
+    /// From now on `journal` gets whatever changes replace; null ends that. Not owned.
+    void setJournal(StoreJournal* journal);
+    /// Drops what is in the store exactly as it is in `delta`.
+    void prune(StoreDelta& delta) const;
+    /// Puts records, groups and their order in place and leaves in `delta` what was there, so that
+    /// the next exchange goes back. Counts one change and tells of every task and group that
+    /// differs. Records that one side does not have are added, never erased: going back leaves them
+    /// in no group. The journal gets nothing but the count.
+    StoreDifference exchange(StoreDelta& delta);
+
     // Loading primitives: no lock, no counting, no signals.
     void _addGroup(const FocusGroup& group);
     void _setGroupIcon(const FocusGroup::Id& groupId, const QString& iconName);
@@ -157,6 +171,10 @@ private:
     [[nodiscard]] FocusGroup* _findGroup(const FocusGroup::Id& id);
     [[nodiscard]] int _countParentGroups(const TodoTask::Id& taskId) const;
     void _removeFromAllGroups(const TodoTask::Id& taskId);
+    void _noteGroup(const FocusGroup::Id& id);
+    void _noteOrder();
+    void _exchangeGroup(const FocusGroup::Id& id, std::optional<GroupImage>& kept,
+                        StoreDifference& difference);
 
     QString m_path;
     QString m_realPath;
@@ -169,4 +187,5 @@ private:
     bool m_backups = true;
     std::function<bool()> m_guard;
     std::unique_ptr<TaskStorageCommiter> m_commiter;
+    StoreJournal* m_journal = nullptr;
 };

@@ -78,6 +78,13 @@ TodoTask::~TodoTask() = default;
 TodoTask& TodoTask::operator=(const TodoTask& other) = default;
 TodoTask& TodoTask::operator=(TodoTask&& other) noexcept = default;
 
+bool TodoTask::operator==(const TodoTask& other) const
+{
+    return d == other.d ||
+           (d->id == other.d->id && d->completed == other.d->completed &&
+            d->times == other.d->times && d->name == other.d->name && d->notes == other.d->notes);
+}
+
 void TodoTask::create()
 {
     clear();

@@ -26,6 +26,9 @@ public:
     TodoTask& operator=(const TodoTask& other);
     TodoTask& operator=(TodoTask&& other) noexcept;
 
+    /// Whether all fields are the same.
+    [[nodiscard]] bool operator==(const TodoTask& other) const;
+
     /// Empties the record and gives it a fresh identifier and the current time as creation time.
     void create();
     void clear();
@@ -72,6 +75,8 @@ public:
         qint64 created;
         qint64 completed;
         qint64 deleted;
+
+        bool operator==(const RawTimes& other) const = default;
     };
     static constexpr qint64 noTime = std::numeric_limits<qint64>::min();
     [[nodiscard]] RawTimes rawTimes() const;

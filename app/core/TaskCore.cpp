@@ -15,10 +15,12 @@ TaskCore::~TaskCore()
 TaskStorage::ErrorType TaskCore::init(const std::function<bool()>& guard)
 {
     setSharedStorage(nullptr);
+    m_history.reset();
     m_storage.reset(new TaskStorage(PathHelper::databaseFile()));
     m_storage->setGuard(guard);
     setSharedStorage(m_storage.get());
     const TaskStorage::ErrorType result = m_storage->init();
+    m_history = std::make_unique<TaskHistory>(*m_storage);
     taskapi::TaskApiClient::shared()->setDelegate(this);
     return result;
 }
@@ -37,4 +39,11 @@ TaskStorage& taskStorage()
     const boost::shared_ptr<TaskStorage>& storage = dynamic_singleton<TaskCore>::inst().storage();
     Q_ASSERT(storage);
     return *storage;
+}
+
+TaskHistory& taskHistory()
+{
+    TaskHistory* history = dynamic_singleton<TaskCore>::inst().history();
+    Q_ASSERT(history);
+    return *history;
 }

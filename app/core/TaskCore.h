@@ -3,8 +3,11 @@
 
 #include "net/taskapi/ITaskApiClientDelegate.h"
 #include "taskdb/TaskStorage.h"
+#include "taskdb/history/TaskHistory.h"
 
 #include <boost/shared_ptr.hpp>
+
+#include <memory>
 
 /// Creates the store, lends it to the rest of the program and lets it go last. Listens to the
 /// program's task-server client. Reached through dynamic_singleton; interface thread.
@@ -21,6 +24,8 @@ public:
 
     /// The store; empty before init().
     [[nodiscard]] const boost::shared_ptr<TaskStorage>& storage() const { return m_storage; }
+    /// What can be undone; null before init().
+    [[nodiscard]] TaskHistory* history() const { return m_history.get(); }
 
 private:
     // Places to act on finished server requests, in the threads that ran them; nothing is done with
@@ -29,7 +34,11 @@ private:
     void apiTaskFailed(taskapi::TaskApiClient* client, taskapi::TaskApiRunnable* task) override;
 
     boost::shared_ptr<TaskStorage> m_storage;
+    std::unique_ptr<TaskHistory> m_history; // goes before the store
 };
 
 /// The running program's store; only after TaskCore::init().
 [[nodiscard]] TaskStorage& taskStorage();
+
+/// Its history.
+[[nodiscard]] TaskHistory& taskHistory();
