@@ -9,6 +9,7 @@
 #include "taskdb/TaskStorageReader.h"
 #include "taskdb/TaskStorageSnapsot.h"
 #include "taskdb/TaskStorageWriter.h"
+#include "taskdb/history/TaskHistory.h"
 
 #include <benchmark/benchmark.h>
 
@@ -21,6 +22,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <functional>
 #include <malloc.h>
 #include <map>
 #include <memory>
@@ -228,17 +230,34 @@ void changeAfterSnapshot(benchmark::State& state)
     }
 }
 
-void renameTask(benchmark::State& state)
+/// Other names for tasks from all over the store.
+void rename(benchmark::State& state, const std::function<void(TodoTask::Id, const QString&)>& edit)
 {
-    TaskStorage& store = loadedStore();
     const QList<TodoTask::Id>& ids = taskIds();
     const std::array<QString, 2> names{u"One name"_s, u"Another name"_s};
     qsizetype i = 0;
     for (auto _ : state) {
         const qsizetype round = i / ids.size();
-        store.renameTask(ids.at(i % ids.size()), names.at(static_cast<size_t>(round & 1)));
+        edit(ids.at(i % ids.size()), names.at(static_cast<size_t>(round & 1)));
         ++i;
     }
+}
+
+void renameTask(benchmark::State& state)
+{
+    TaskStorage& store = loadedStore();
+    rename(state,
+           [&store](const TodoTask::Id& id, const QString& name) { store.renameTask(id, name); });
+}
+
+void renameAndKeep(benchmark::State& state)
+{
+    TaskStorage& store = loadedStore();
+    TaskHistory history(store);
+    rename(state, [&](const TodoTask::Id& id, const QString& name) {
+        const HistoryStep step(history, {EAction::editTask, TaskStorage::ms_inboxId, {}});
+        store.renameTask(id, name);
+    });
 }
 
 void completeTask(benchmark::State& state)
@@ -261,22 +280,42 @@ void addTask(benchmark::State& state)
         benchmark::DoNotOptimize(store.createTask(TaskStorage::ms_inboxId));
 }
 
+double usedHeap()
+{
+    const auto info = mallinfo2();
+    return static_cast<double>(info.uordblks + info.hblkhd);
+}
+
+/// Mebibytes that 200 steps keep, each a new task in the largest group and its name: the dearest.
+double historyMemory()
+{
+    TaskStorage& store = loadedStore();
+    const auto edit = [&store] {
+        for (int i = 0; i < 200; ++i)
+            store.renameTask(store.createTask(TaskStorage::ms_inboxId), u"A new task"_s);
+    };
+    edit();
+    const double before = usedHeap();
+    edit();
+    const double without = usedHeap();
+    TaskHistory history(store, 400);
+    edit();
+    return (usedHeap() - without - (without - before)) / (1024 * 1024);
+}
+
 /// Bytes on the heap of a loaded store, against the bytes of the texts in it.
 std::pair<double, double> memory()
 {
-    const auto before = mallinfo2();
+    const double before = usedHeap();
     TaskStorage store({});
     load(store);
-    const auto after = mallinfo2();
+    const double after = usedHeap();
     TaskStorageSnapsot snapshot;
     store.takeSnapshot(snapshot);
     qsizetype characters = 0;
     for (const TodoTask& task : snapshot.tasks())
         characters += task.name().size() + task.notes().size();
-    const auto used = [](const auto& info) {
-        return static_cast<double>(info.uordblks + info.hblkhd);
-    };
-    return {used(after) - used(before), static_cast<double>(characters * 2)};
+    return {after - before, static_cast<double>(characters * 2)};
 }
 
 /// Collects the results, in milliseconds of processor time.
@@ -329,10 +368,12 @@ int main(int argc, char** argv)
     const double backupRatio =
         pairedRatio("save with backups", saveWithBackups, saveWithoutBackups);
 
-    for (const auto& [name, function] : std::initializer_list<Named>{{"takeSnapshot", takeSnapshot},
-                                                                     {"renameTask", renameTask},
-                                                                     {"completeTask", completeTask},
-                                                                     {"addTask", addTask}})
+    for (const auto& [name, function] :
+         std::initializer_list<Named>{{"takeSnapshot", takeSnapshot},
+                                      {"renameTask", renameTask},
+                                      {"renameAndKeep", renameAndKeep},
+                                      {"completeTask", completeTask},
+                                      {"addTask", addTask}})
         benchmark::RegisterBenchmark(name, function)->Unit(benchmark::kMicrosecond);
     benchmark::RegisterBenchmark("changeAfterSnapshot", changeAfterSnapshot)
         ->Unit(benchmark::kMicrosecond)
@@ -349,6 +390,9 @@ int main(int argc, char** argv)
     line("first change after a snapshot", collector.ms("changeAfterSnapshot"), 10, "ms");
     line("store memory / text it holds (UTF-16)", heap / text, 3, "x");
     line("rename", collector.ms("renameTask") * 1e3, 3, "us");
+    line("rename and keep a step - rename",
+         (collector.ms("renameAndKeep") - collector.ms("renameTask")) * 1e3, 3, "us");
+    line("200 steps, heap", historyMemory(), 12, "MiB");
     line("complete", collector.ms("completeTask") * 1e3, 3, "us");
     line("add", collector.ms("addTask") * 1e3, 3, "us");
     return 0;
