@@ -20,12 +20,17 @@ void writeGroup(QIODevice& device, const FocusGroup& group,
     for (const TodoTask::Id& id : group.tasks()) {
         const auto task = tasks.constFind(id);
         if (task != tasks.cend())
-            writeLine(device, (task->completed() ? u"= "_s : u"- "_s) + task->toString());
+            writeLine(device, exportLine(*task));
     }
     writeLine(device, {});
 }
 
 } // namespace
+
+QString exportLine(const TodoTask& task)
+{
+    return (task.completed() ? u"= "_s : u"- "_s) + task.toString();
+}
 
 void writeExportText(QIODevice& device, const TaskStorageSnapsot& snapshot,
                      const QList<FocusGroup::Id>& groups)

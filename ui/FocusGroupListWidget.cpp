@@ -24,6 +24,7 @@
 
 #include <boost/make_shared.hpp>
 
+#include <algorithm>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -342,6 +343,24 @@ void FocusGroupListWidget::contextMenuEvent(QContextMenuEvent* event)
     m_menuEntry = _entryAt(viewport()->mapFromGlobal(event->globalPos()));
     _buildMenu();
     m_menu->popup(event->globalPos());
+}
+
+void FocusGroupListWidget::showMenu()
+{
+    m_menuEntry = m_current < 0 ? nullptr : m_entries.at(m_current);
+    QPoint place = mapToGlobal(QPoint(0, 0));
+    if (m_menuEntry && isVisible()) {
+        _makeVisible(m_menuEntry);
+        place = m_menuEntry->mapToGlobal(m_menuEntry->rect().center());
+    }
+    _buildMenu();
+    m_menu->popup(place);
+    // It was opened by a key: the next ones choose.
+    const QList<QAction*> actions = m_menu->actions();
+    const auto first = std::find_if(actions.cbegin(), actions.cend(), [](const QAction* action) {
+        return action->isVisible() && action->isEnabled() && !action->isSeparator();
+    });
+    m_menu->setActiveAction(*first);
 }
 
 void FocusGroupListWidget::_buildMenu()

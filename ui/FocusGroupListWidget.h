@@ -33,6 +33,9 @@ public:
     [[nodiscard]] qsizetype currentIndex() const { return m_current; }
     /// Makes the n-th group from the top current; nothing for one that does not exist.
     void setCurrentIndex(qsizetype index);
+    /// Opens the current group's menu, at its entry or, while the panel is collapsed, at the
+    /// panel's corner.
+    void showMenu();
     /// Reads the custom groups and their order anew.
     void refresh();
 

@@ -105,6 +105,7 @@ void MainWindow::_connectActions()
     connect(m_groupList, &FocusGroupListWidget::changed, this, &MainWindow::_onGroupChanged);
     connect(m_taskList, &TaskListWidget::highlightGroups, m_groupList,
             &FocusGroupListWidget::_onHighlightGroups);
+    connect(m_taskList, &TaskListWidget::menuWanted, m_groupList, &FocusGroupListWidget::showMenu);
 }
 
 /// Queued: the store tells from its own thread, and nothing is shown before the program is up.

@@ -14,7 +14,6 @@
 #include "ui/icons/IconsHelper.h"
 
 #include <QApplication>
-#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QScrollBar>
 
@@ -415,57 +414,6 @@ void TaskListWidget::mouseDoubleClickEvent(QMouseEvent* event)
         // Also the row that is being edited already.
         _selectOnly(m_rows.edited());
     }
-}
-
-void TaskListWidget::keyPressEvent(QKeyEvent* event)
-{
-    const bool shift = (event->modifiers() & Qt::ShiftModifier) != 0;
-    if (event->matches(QKeySequence::SelectAll)) {
-        _selectAll();
-        return;
-    }
-    switch (event->key()) {
-    case Qt::Key_Down:
-        if (!m_edited)
-            _selectNeighbour(m_rows.current() + 1, shift);
-        break;
-    case Qt::Key_Up:
-        if (!m_edited)
-            _selectNeighbour((m_rows.current() < 0 ? m_rows.count() : m_rows.current()) - 1, shift);
-        break;
-    case Qt::Key_Return:
-        _onReturn(shift);
-        break;
-    case Qt::Key_Enter:
-        // Ends an edit as Return does, but never starts one.
-        m_endedByReturn = false;
-        TaskRowPanel::keyPressEvent(event);
-        break;
-    case Qt::Key_Escape:
-        if (m_edited)
-            stopEditing(m_edited, false);
-        else
-            TaskRowPanel::keyPressEvent(event);
-        break;
-    case Qt::Key_Delete:
-        if (!m_edited)
-            deleteTasks();
-        break;
-    default:
-        TaskRowPanel::keyPressEvent(event);
-    }
-}
-
-void TaskListWidget::_onReturn(bool shift)
-{
-    // The name field lets the Return that ended an edit pass on to the list.
-    const bool endedByThis = std::exchange(m_endedByReturn, false);
-    if (m_edited || endedByThis || !m_rows.isValid(m_rows.current()))
-        return;
-    if (shift)
-        newTask();
-    else
-        _startEditing(m_rows.current());
 }
 
 void TaskListWidget::_onTaskChanged(const TodoTask::Id& id)

@@ -52,6 +52,8 @@ public:
 Q_SIGNALS:
     /// A drag of this task has begun; the null identifier: it has ended.
     void highlightGroups(const TodoTask::Id& taskId);
+    /// A key has asked for the group's menu.
+    void menuWanted();
 
 protected:
     void changeEvent(QEvent* event) override;
@@ -60,6 +62,7 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
 
 private Q_SLOTS:
     void _onHeadStart(const QString& target);
@@ -83,6 +86,12 @@ private:
 
     void _selectionChanged() override;
     void _onReturn(bool shift);
+    [[nodiscard]] bool _onListKey(const QKeyEvent* event);
+    [[nodiscard]] qsizetype _rowByKey(int key) const;
+    [[nodiscard]] QList<TodoTask> _selectedTasks() const;
+    void _tickSelected();
+    void _copySelected() const;
+    void _paste();
 
     void _onTaskChanged(const TodoTask::Id& id);
     void _onGroupChanged(const FocusGroup::Id& id);

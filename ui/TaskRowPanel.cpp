@@ -266,13 +266,16 @@ void TaskRowPanel::_selectAll()
     _selectionChanged();
 }
 
-void TaskRowPanel::_selectNeighbour(qsizetype row, bool extend)
+void TaskRowPanel::_moveCurrent(qsizetype row, bool extend)
 {
     if (!m_rows.isValid(row))
         return;
-    if (!extend)
-        _clearSelection();
-    _addToSelection(row);
+    if (extend) {
+        m_rows.extendSelection(row);
+        _selectionChanged();
+    } else {
+        _selectOnly(row);
+    }
     _makeVisible(row);
 }
 

@@ -64,8 +64,9 @@ protected:
     void _selectAll();
     /// Leaves no row current either.
     void _clearSelection();
-    /// Selects the row, if it exists, and shows it. `extend`: what is selected stays so.
-    void _selectNeighbour(qsizetype row, bool extend);
+    /// Moves the current row, if there is such a row, and shows it. It alone is selected then, or,
+    /// with `extend`, the selection reaches that far.
+    void _moveCurrent(qsizetype row, bool extend);
     /// Called after each of these; the row widgets show the selection.
     virtual void _selectionChanged();
     /// Has a task's row widget read it anew. Returns the row, -1 if it has no widget.

@@ -19,7 +19,7 @@ void TaskRows::clear()
     m_rows.clear();
     m_selected = 0;
     m_edited = -1;
-    m_current = -1;
+    setCurrent(-1);
 }
 
 /// Looks up only what has something to keep, and lies between the ends that stay as they are.
@@ -46,7 +46,7 @@ void TaskRows::assign(const QList<TodoTask::Id>& ids)
     m_rows = rows;
     m_selected = std::count_if(rows.cbegin(), rows.cend(), [](const Row& r) { return r.selected; });
     m_edited = edited.isNull() ? -1 : indexOf(edited);
-    m_current = current.isNull() ? -1 : indexOf(current);
+    setCurrent(current.isNull() ? -1 : indexOf(current));
 }
 
 bool TaskRows::matches(const QList<TodoTask::Id>& ids) const
@@ -55,7 +55,30 @@ bool TaskRows::matches(const QList<TodoTask::Id>& ids) const
                       [](const Row& row, const TodoTask::Id& id) { return row.id == id; });
 }
 
+void TaskRows::setCurrent(qsizetype row)
+{
+    m_current = row;
+    m_runStart = -1;
+}
+
 void TaskRows::setSelected(qsizetype row, bool selected)
+{
+    m_runStart = -1;
+    _mark(row, selected);
+}
+
+void TaskRows::extendSelection(qsizetype row)
+{
+    const qsizetype from = m_current < 0 ? row : m_current;
+    const qsizetype start = m_runStart < 0 ? from : m_runStart;
+    const auto [first, last] = std::minmax(start, row);
+    for (qsizetype i = qMin(from, row); i <= qMax(from, row); ++i)
+        _mark(i, i >= first && i <= last);
+    m_current = row;
+    m_runStart = start;
+}
+
+void TaskRows::_mark(qsizetype row, bool selected)
 {
     if (isSelected(row) == selected)
         return;
@@ -65,6 +88,7 @@ void TaskRows::setSelected(qsizetype row, bool selected)
 
 void TaskRows::clearSelection()
 {
+    m_runStart = -1;
     if (m_selected == 0)
         return;
     for (Row& row : m_rows)
@@ -102,6 +126,11 @@ void TaskRows::setEdited(qsizetype row, int height)
 {
     m_edited = row;
     m_editedHeight = height;
+}
+
+qsizetype TaskRows::pageStep(int viewportHeight) const
+{
+    return qMax(1, (viewportHeight + spacing) / (m_rowHeight + spacing) - 1);
 }
 
 qint64 TaskRows::contentHeight() const

@@ -49,9 +49,13 @@ public:
     [[nodiscard]] qsizetype selectedCount() const { return m_selected; }
     void setSelected(qsizetype row, bool selected);
     void clearSelection();
+    /// Makes the row current and has the selection reach from there to where the first of these
+    /// calls began: rows that leave this run on the way back are selected no more. Any other change
+    /// of rows, selection or current row ends the run. Takes as long as there are rows passed.
+    void extendSelection(qsizetype row);
     /// The current row, the anchor of selections; -1 for none. It goes where its task goes.
     [[nodiscard]] qsizetype current() const { return m_current; }
-    void setCurrent(qsizetype row) { m_current = row; }
+    void setCurrent(qsizetype row);
     [[nodiscard]] bool isNew(qsizetype row) const { return m_rows.at(row).isNew; }
     void setNew(qsizetype row, bool isNew) { m_rows[row].isNew = isNew; }
 
@@ -64,6 +68,8 @@ public:
 
     /// Height of the rows that are not edited, in pixels.
     void setRowHeight(int height) { m_rowHeight = height; }
+    /// How many rows a page key moves: those that a viewport of this height shows, less one.
+    [[nodiscard]] qsizetype pageStep(int viewportHeight) const;
     /// The one row with a height of its own; -1 for none.
     void setEdited(qsizetype row, int height);
     [[nodiscard]] qsizetype edited() const { return m_edited; }
@@ -90,10 +96,12 @@ private:
     };
 
     [[nodiscard]] qsizetype _rowBelow(qint64 y) const;
+    void _mark(qsizetype row, bool selected);
 
     QList<Row> m_rows;
     qsizetype m_selected = 0;
     qsizetype m_current = -1;
+    qsizetype m_runStart = -1; // of extendSelection(); -1 for no run
     qsizetype m_edited = -1;
     int m_editedHeight = 0;
     int m_rowHeight = 1;

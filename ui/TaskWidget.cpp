@@ -9,6 +9,7 @@
 #include "ui/controls/NotesTextEdit.h"
 #include "ui/controls/StyleHelper.h"
 #include "ui/controls/TaskCheckbox.h"
+#include "ui/controls/UndoKeys.h"
 #include "ui/icons/PictureIcon.h"
 
 #include <QApplication>
@@ -28,8 +29,6 @@ using namespace Qt::StringLiterals;
 namespace {
 constexpr qreal cornerRadius = 5;
 constexpr qreal completedOpacity = 0.6;
-/// In UTF-16 code units: more than anybody means to paste. A longer stored name sets its own limit.
-constexpr int longestName = 1'000'000;
 } // namespace
 
 TaskWidget::TaskWidget(const TodoTask::Id& id, TaskRowHost* host, QWidget* parent)
@@ -129,6 +128,8 @@ void TaskWidget::_createNameEdit()
 void TaskWidget::_connectEdits()
 {
     connect(m_editCheckbox, &TaskCheckbox::stateChanged, this, &TaskWidget::_checkboxChanged);
+    passUnusedUndo(m_nameEdit);
+    passUnusedUndo(m_notesEdit);
     connect(m_nameEdit, &QLineEdit::returnPressed, this, &TaskWidget::_stopEditing);
     connect(m_nameEdit, &QLineEdit::textEdited, this, &TaskWidget::_nameTextChanged);
     connect(m_nameEdit, &FancyLineEdit::gotFocus, this, &TaskWidget::_someEditGotFocus);

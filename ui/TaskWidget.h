@@ -23,6 +23,10 @@ class TaskWidget : public QWidget
     Q_OBJECT
 
 public:
+    /// The longest name that can be typed, in UTF-16 code units: more than anybody means to paste.
+    /// A longer stored one sets its own limit.
+    static constexpr int longestName = 1'000'000;
+
     /// `host` is not owned and outlives the row.
     TaskWidget(const TodoTask::Id& id, TaskRowHost* host, QWidget* parent);
 

@@ -6,6 +6,7 @@
 #include "app/base/dynamic_singleton.h"
 #include "ui/controls/CalendarPopup.h"
 #include "ui/controls/StyleHelper.h"
+#include "ui/controls/UndoKeys.h"
 
 #include <QGuiApplication>
 #include <QHBoxLayout>
@@ -101,6 +102,7 @@ void DateWidget::_createEdit()
     m_edit->setTextMargins({});
     m_edit->setBaseColor(fancy::color(fancy::RowEdited));
     _updateExample();
+    passUnusedUndo(m_edit);
     connect(m_edit, &QLineEdit::textChanged, this, &DateWidget::_markWrongText);
     connect(m_edit, &QLineEdit::textEdited, this, &DateWidget::_onTextEdited);
     connect(m_edit, &QLineEdit::returnPressed, this, &DateWidget::_onReturn);

@@ -1,0 +1,117 @@
+#include "ui/UndoNote.h"
+
+#include "ui/ElidedLabel.h"
+#include "ui/controls/AccessibleFactory.h"
+#include "ui/controls/StyleHelper.h"
+
+#include <QAccessibleWidget>
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QPainter>
+#include <QPushButton>
+#include <QTimer>
+
+namespace {
+
+constexpr int shownMs = 8000;
+constexpr int distance = 8; // from the area's edges
+constexpr int gap = 8;
+constexpr QMargins margins(12, 5, 5, 5);
+constexpr qreal cornerRadius = 5;
+
+} // namespace
+
+UndoNote::UndoNote(const QString& text, QWidget* area)
+    : LocalizedWidget(area->window())
+    , m_area(area)
+    , m_label(new ElidedLabel(this))
+    , m_button(new QPushButton(this))
+    , m_timer(new QTimer(this))
+{
+    // Screen readers speak a notification when it is shown.
+    installAccessible<UndoNote, QAccessibleWidget, QAccessible::Notification>();
+    setAccessibleName(text);
+
+    QPalette colors = m_label->palette();
+    colors.setColor(QPalette::WindowText, fancy::color(fancy::TextDark));
+    m_label->setPalette(colors);
+    m_label->setText(text);
+    // A click must not take the focus from a task's form, nor Return in the list press it.
+    m_button->setFocusPolicy(Qt::NoFocus);
+    m_button->setAutoDefault(false);
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(margins);
+    layout->setSpacing(gap);
+    layout->addWidget(m_label, 1);
+    layout->addWidget(m_button);
+    connect(m_button, &QPushButton::clicked, this, &UndoNote::_undo);
+
+    m_timer->setSingleShot(true);
+    connect(m_timer, &QTimer::timeout, this, &UndoNote::dismiss);
+    m_timer->start(shownMs);
+    // What the area lies in moves it as well.
+    for (QWidget* moved = area; moved != window(); moved = moved->parentWidget())
+        moved->installEventFilter(this);
+    UndoNote::retranslateUI();
+    raise();
+    show();
+}
+
+void UndoNote::dismiss()
+{
+    m_timer->stop();
+    m_area = nullptr;
+    hide();
+    deleteLater();
+}
+
+void UndoNote::_undo()
+{
+    dismiss();
+    Q_EMIT undoWanted();
+}
+
+void UndoNote::retranslateUI()
+{
+    m_button->setText(tr("Undo"));
+    m_button->setAccessibleName(tr("Undo"));
+    _place();
+}
+
+bool UndoNote::eventFilter(QObject* watched, QEvent* event)
+{
+    switch (event->type()) {
+    case QEvent::Move:
+    case QEvent::Resize:
+    case QEvent::Show:
+    case QEvent::Hide:
+        _place();
+        break;
+    default:
+        break;
+    }
+    return LocalizedWidget::eventFilter(watched, event);
+}
+
+void UndoNote::_place()
+{
+    if (!m_area)
+        return;
+    const QPoint corner = m_area->mapTo(window(), QPoint(0, 0));
+    const int room = qMax(0, m_area->width() - 2 * distance);
+    const QSize size(qMin(sizeHint().width(), room), sizeHint().height());
+    setGeometry(corner.x() + (m_area->width() - size.width()) / 2,
+                corner.y() + m_area->height() - distance - size.height(), size.width(),
+                size.height());
+    setVisible(m_area->isVisibleTo(window()));
+}
+
+void UndoNote::paintEvent(QPaintEvent* /*event*/)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(fancy::color(fancy::FrameStrong), 1));
+    painter.setBrush(fancy::color(fancy::White));
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), cornerRadius,
+                            cornerRadius);
+}

@@ -1,0 +1,45 @@
+// The note that says what was done and offers to undo it.
+#pragma once
+
+#include "app/language/LocalizedWidget.h"
+
+#include <QPointer>
+
+class ElidedLabel;
+class QPushButton;
+class QTimer;
+
+/// Floats over the lower edge of another widget and goes by itself after a while. Never takes the
+/// focus; screen readers take it for a notification.
+class UndoNote : public LocalizedWidget
+{
+    Q_OBJECT
+
+public:
+    /// Shows itself at once. Belongs to the window of `area`, over which it stays wherever that is
+    /// moved within the window.
+    UndoNote(const QString& text, QWidget* area);
+
+    /// Takes the note away before its time; it deletes itself.
+    void dismiss();
+
+    void retranslateUI() override;
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+Q_SIGNALS:
+    /// The button was clicked; the note is already gone.
+    void undoWanted();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void _undo();
+    void _place();
+
+    QPointer<QWidget> m_area;
+    ElidedLabel* m_label;
+    QPushButton* m_button;
+    QTimer* m_timer;
+};
