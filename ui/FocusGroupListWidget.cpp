@@ -351,7 +351,7 @@ void FocusGroupListWidget::showMenu()
     QPoint place = mapToGlobal(QPoint(0, 0));
     if (m_menuEntry && isVisible()) {
         _makeVisible(m_menuEntry);
-        place = m_menuEntry->mapToGlobal(m_menuEntry->rect().center());
+        place = m_menuEntry->mapToGlobal(m_menuEntry->rect().bottomLeft());
     }
     _buildMenu();
     m_menu->popup(place);

@@ -100,6 +100,9 @@ bool TaskListWidget::_onListKey(const QKeyEvent* event)
         _copySelected();
     } else if (event->matches(QKeySequence::Paste)) {
         _paste();
+    } else if (event->key() == Qt::Key_F10 && others == Qt::ShiftModifier) {
+        // The other key for menus, of which no event for a menu comes here.
+        Q_EMIT menuWanted();
     } else if (event->key() == Qt::Key_Space && others == Qt::NoModifier) {
         // A key that is held down would tick and untick.
         if (!event->isAutoRepeat())

@@ -6,6 +6,7 @@
 #include "ui/controls/NotesTextEdit.h"
 
 #include <QScrollBar>
+#include <QShortcut>
 
 using namespace Qt::StringLiterals;
 
@@ -101,6 +102,34 @@ private Q_SLOTS:
         QVERIFY(row(0)->isEditing());
         key(Qt::Key_Escape);
         QVERIFY(!row(0)->isEditing());
+    }
+
+    /// The window may have undo keys of its own, for when a field has nothing to undo.
+    void undoKeysAreTheFieldsWhileTheyHaveAnythingToUndo()
+    {
+        addTasks({u"a"_s});
+        store().setTaskDueTime(task(0).id(), Clock::now());
+        edit(0);
+        int undone = 0;
+        int redone = 0;
+        const QShortcut undo(QKeySequence::Undo, m_window.get(), [&undone] { ++undone; });
+        const QShortcut redo(Qt::CTRL | Qt::Key_Y, m_window.get(), [&redone] { ++redone; });
+        for (const char* property : {"text", "plainText", "text"}) {
+            const QWidget* field = QApplication::focusWidget();
+            const auto text = [&] { return field->property(property).toString(); };
+            const QString before = text();
+            key(Qt::Key_Z, Qt::ControlModifier);
+            key(Qt::Key_Y, Qt::ControlModifier);
+            QCOMPARE(std::exchange(undone, 0) + std::exchange(redone, 0), 2);
+            keys(u"7"_s);
+            const QString typed = text();
+            key(Qt::Key_Z, Qt::ControlModifier);
+            QCOMPARE(text(), before);
+            key(Qt::Key_Y, Qt::ControlModifier);
+            QCOMPARE(text(), typed);
+            QCOMPARE(undone + redone, 0);
+            key(Qt::Key_Tab);
+        }
     }
 
     void clickBesideTheFieldsLeavesTheFocus()
