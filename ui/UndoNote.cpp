@@ -5,18 +5,20 @@
 #include "ui/controls/StyleHelper.h"
 
 #include <QAccessibleWidget>
+#include <QBoxLayout>
 #include <QEvent>
-#include <QHBoxLayout>
 #include <QPainter>
-#include <QPushButton>
 #include <QTimer>
+#include <QToolButton>
 
 namespace {
 
 constexpr int shownMs = 8000;
 constexpr int distance = 8; // from the area's edges
 constexpr int gap = 8;
-constexpr QMargins margins(12, 5, 5, 5);
+constexpr QMargins margins(10, 4, 6, 4);
+/// Where the text would have less beside the button, it stands above it.
+constexpr int leastTextWidth = 80;
 constexpr qreal cornerRadius = 5;
 
 } // namespace
@@ -25,7 +27,7 @@ UndoNote::UndoNote(const QString& text, QWidget* area)
     : LocalizedWidget(area->window())
     , m_area(area)
     , m_label(new ElidedLabel(this))
-    , m_button(new QPushButton(this))
+    , m_button(new QToolButton(this))
     , m_timer(new QTimer(this))
 {
     // Screen readers speak a notification when it is shown.
@@ -36,15 +38,20 @@ UndoNote::UndoNote(const QString& text, QWidget* area)
     colors.setColor(QPalette::WindowText, fancy::color(fancy::TextDark));
     m_label->setPalette(colors);
     m_label->setText(text);
-    // A click must not take the focus from a task's form, nor Return in the list press it.
+    // A click must not take the focus from a task's form.
     m_button->setFocusPolicy(Qt::NoFocus);
-    m_button->setAutoDefault(false);
-    auto* layout = new QHBoxLayout(this);
-    layout->setContentsMargins(margins);
-    layout->setSpacing(gap);
-    layout->addWidget(m_label, 1);
-    layout->addWidget(m_button);
-    connect(m_button, &QPushButton::clicked, this, &UndoNote::_undo);
+    m_button->setAutoRaise(true);
+    colors.setColor(QPalette::ButtonText, fancy::color(fancy::FrameStrong));
+    m_button->setPalette(colors);
+    QFont underlined = m_button->font();
+    underlined.setUnderline(true);
+    m_button->setFont(underlined);
+    m_layout = new QBoxLayout(QBoxLayout::LeftToRight, this);
+    m_layout->setContentsMargins(margins);
+    m_layout->setSpacing(gap);
+    m_layout->addWidget(m_label, 1);
+    m_layout->addWidget(m_button, 0, Qt::AlignCenter);
+    connect(m_button, &QToolButton::clicked, this, &UndoNote::_undo);
 
     m_timer->setSingleShot(true);
     connect(m_timer, &QTimer::timeout, this, &UndoNote::dismiss);
@@ -99,6 +106,10 @@ void UndoNote::_place()
         return;
     const QPoint corner = m_area->mapTo(window(), QPoint(0, 0));
     const int room = qMax(0, m_area->width() - 2 * distance);
+    const int textRoom =
+        room - margins.left() - margins.right() - gap - m_button->sizeHint().width();
+    const bool isNarrow = textRoom < qMin(leastTextWidth, m_label->sizeHint().width());
+    m_layout->setDirection(isNarrow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
     const QSize size(qMin(sizeHint().width(), room), sizeHint().height());
     setGeometry(corner.x() + (m_area->width() - size.width()) / 2,
                 corner.y() + m_area->height() - distance - size.height(), size.width(),

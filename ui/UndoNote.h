@@ -6,8 +6,9 @@
 #include <QPointer>
 
 class ElidedLabel;
-class QPushButton;
+class QBoxLayout;
 class QTimer;
+class QToolButton;
 
 /// Floats over the lower edge of another widget and goes by itself after a while. Never takes the
 /// focus; screen readers take it for a notification.
@@ -40,6 +41,7 @@ private:
 
     QPointer<QWidget> m_area;
     ElidedLabel* m_label;
-    QPushButton* m_button;
+    QToolButton* m_button;
+    QBoxLayout* m_layout;
     QTimer* m_timer;
 };

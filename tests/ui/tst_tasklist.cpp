@@ -9,7 +9,7 @@
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QMenu>
-#include <QPushButton>
+#include <QToolButton>
 #include <QScreen>
 #include <QSignalSpy>
 #include <QTimer>
@@ -168,7 +168,7 @@ private Q_SLOTS:
             QVERIFY(qAbs(note->geometry().center().x() - area.center().x()) <= 1);
         }
         const QSignalSpy undo(note, &UndoNote::undoWanted);
-        const auto* button = note->findChild<QPushButton*>();
+        const auto* button = note->findChild<QToolButton*>();
         QTest::mouseClick(m_window->windowHandle(), Qt::LeftButton, {},
                           button->mapTo(m_window.get(), button->rect().center()));
         QCOMPARE(undo.size(), 1);
