@@ -142,9 +142,17 @@ void DatabaseBackups::_thinOut() const
         QFile::remove(folder.filePath(name));
 }
 
-QStringList DatabaseBackups::superfluous(const QStringList& names, const QDate& today)
+DatabaseBackups::Stamp DatabaseBackups::stampOf(const QString& name)
 {
     static const QRegularExpression pattern(u"^database-(\\d{4}-\\d{2}-\\d{2})(-\\d{6})?\\.xml$"_s);
+    const QRegularExpressionMatch match = pattern.match(name);
+    const Stamp stamp{QDate::fromString(match.captured(1), dayFormat),
+                      QTime::fromString(match.captured(2), u"-HHmmss"_s)};
+    return match.hasCaptured(2) && !stamp.time.isValid() ? Stamp() : stamp;
+}
+
+QStringList DatabaseBackups::superfluous(const QStringList& names, const QDate& today)
+{
     QMap<QDate, QString> days;
     QMap<QDate, QString> weeks;
     QMap<QDate, QString> months;
@@ -152,11 +160,10 @@ QStringList DatabaseBackups::superfluous(const QStringList& names, const QDate& 
     QStringList sorted = names;
     sorted.sort();
     for (const QString& name : std::as_const(sorted)) {
-        const QRegularExpressionMatch match = pattern.match(name);
-        const QDate day = QDate::fromString(match.captured(1), dayFormat);
+        const auto [day, time] = stampOf(name);
         if (!day.isValid() || day > today)
             continue;
-        if (match.hasCaptured(2)) {
+        if (time.isValid()) {
             extras.insert(name, name);
             continue;
         }

@@ -1,7 +1,7 @@
 // A year of history beside the database: dated backups, made at no cost and thinned out with age.
 #pragma once
 
-#include <QDate>
+#include <QDateTime>
 #include <QFile>
 #include <QMutex>
 #include <QStringList>
@@ -31,6 +31,15 @@ public:
 
     /// Copies what could not be linked. Takes the time of the disk.
     void copyPending();
+
+    /// When a backup was made.
+    struct Stamp
+    {
+        QDate day;
+        QTime time; ///< null where the name has none
+    };
+    /// What a file name says of that; the day is null unless it is the name of a backup.
+    [[nodiscard]] static Stamp stampOf(const QString& name);
 
     /// Which of the file names are backups that nobody needs any more on `today`. Those of the
     /// newest 7 days stay, the last of each of the newest 5 weeks that are over by their Sunday,

@@ -85,15 +85,21 @@ TaskStorage::ErrorType TaskStorage::init()
             return error;
         }
     }
-    const bool intact = _validate();
-    _createMissingGroup(ms_inboxId, u"Inbox"_s);
-    _createMissingGroup(ms_trashId, u"Trash"_s);
-    _createMissingGroup(ms_completedId, u"Completed"_s);
+    const bool intact = _complete(EOrphans::logged);
     m_modification = intact ? 0 : 1;
     m_commiter = std::make_unique<TaskStorageCommiter>(this, m_commitInterval, m_guard);
     m_commiter->setBackups(m_backups);
     _startCommiter();
     return NoError;
+}
+
+TaskStorage::ErrorType TaskStorage::readOnly(QIODevice& device)
+{
+    const QMutexLocker lock(&m_lock);
+    const ErrorType error = TaskStorageReader(this).read(&device);
+    if (error == NoError)
+        (void)_complete(EOrphans::silent);
+    return error;
 }
 
 /// Tries again every interval until the system has a thread to give.
@@ -117,7 +123,17 @@ TaskStorage::ErrorType TaskStorage::_load()
     return NoError;
 }
 
-bool TaskStorage::_validate()
+/// Whether what was loaded was free of orphans.
+bool TaskStorage::_complete(EOrphans orphans)
+{
+    const bool intact = _validate(orphans);
+    _createMissingGroup(ms_inboxId, u"Inbox"_s);
+    _createMissingGroup(ms_trashId, u"Trash"_s);
+    _createMissingGroup(ms_completedId, u"Completed"_s);
+    return intact;
+}
+
+bool TaskStorage::_validate(EOrphans orphans)
 {
     bool intact = true;
     for (FocusGroup& group : m_groups) {
@@ -125,8 +141,10 @@ bool TaskStorage::_validate()
         for (auto id = ids.crbegin(); id != ids.crend(); ++id) {
             if (m_tasks.contains(*id))
                 continue;
-            MVR_LOG_WARN(u"Removing orphaned task id "_s + id->toString() + u" from "_s +
-                         group.name() + u' ' + group.id().toString());
+            if (orphans == EOrphans::logged) {
+                MVR_LOG_WARN(u"Removing orphaned task id "_s + id->toString() + u" from "_s +
+                             group.name() + u' ' + group.id().toString());
+            }
             group._remove(*id);
             intact = false;
         }

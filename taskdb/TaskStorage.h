@@ -14,6 +14,7 @@
 #include <memory>
 #include <optional>
 
+class QIODevice;
 class QSessionManager;
 struct SafeWriteResult;
 struct StoreDelta;
@@ -54,6 +55,10 @@ public:
     /// is a failure. After a failure nothing is ever written. What the store held before is
     /// written first, then dropped.
     [[nodiscard]] ErrorType init();
+    /// Fills a new store from an open device, for a version that is only looked at: nothing is ever
+    /// written, and what the store leaves out or adds to make it whole is not logged. What is no
+    /// database is logged by the reader. Any thread, the store being its own.
+    [[nodiscard]] ErrorType readOnly(QIODevice& device);
     /// How long the store must be still before it is written, in milliseconds; 60000 unless set.
     /// Takes effect at init().
     void setCommitInterval(int milliseconds) { m_commitInterval = milliseconds; }
@@ -157,9 +162,17 @@ Q_SIGNALS:
 private:
     friend class TaskStorageCommiter;
 
+    /// Entries of groups that no task belongs to, when they are removed.
+    enum class EOrphans
+    {
+        logged,
+        silent
+    };
+
     [[nodiscard]] ErrorType _load();
     void _startCommiter();
-    bool _validate();
+    [[nodiscard]] bool _complete(EOrphans orphans);
+    bool _validate(EOrphans orphans);
     void _createMissingGroup(const FocusGroup::Id& id, const QString& name);
     template <typename Change>
     void _changeTask(const TodoTask::Id& id, const Change& change);

@@ -5,13 +5,12 @@
 #include "taskdb/ExportText.h"
 #include "taskdb/TaskStorageSnapsot.h"
 #include "ui/controls/ChosenFile.h"
+#include "ui/controls/DialogHeader.h"
 #include "ui/controls/FancyScrollbar.h"
-#include "ui/controls/StyleHelper.h"
 #include "ui/icons/IconsHelper.h"
 
 #include <QDesktopServices>
 #include <QDir>
-#include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
 #include <QSignalBlocker>
@@ -27,8 +26,6 @@ namespace {
 constexpr int idRole = Qt::UserRole + 1;
 constexpr QSize smallestSize(400, 350);
 constexpr QSize iconSize(20, 20);
-constexpr QRgb lineColor = 0xffbfbfbf;
-constexpr QMargins headerMargins(8, 12, 8, 12);
 constexpr QMargins buttonMargins(8, 10, 8, 10);
 constexpr int buttonSpacing = 6;
 constexpr int rowSpacing = 3;
@@ -51,14 +48,6 @@ QList<FocusGroup::Id> groupsInOrder()
     std::stable_partition(ids.begin(), ids.end(),
                           [](const FocusGroup::Id& id) { return !TaskStorage::isArchive(id); });
     return ids;
-}
-
-void fill(QWidget* widget, const QColor& color)
-{
-    QPalette colors = widget->palette();
-    colors.setColor(QPalette::Window, color);
-    widget->setPalette(colors);
-    widget->setAutoFillBackground(true);
 }
 
 } // namespace
@@ -84,9 +73,7 @@ ExportDialog::ExportDialog(QWidget* parent, const FocusGroup::Id& currentGroupId
 
 void ExportDialog::_createLayout()
 {
-    auto* line = new QWidget(this);
-    line->setFixedHeight(1);
-    fill(line, QColor::fromRgb(lineColor));
+    m_header = new DialogHeader(this);
     _createList();
 
     m_selectAllButton = new QPushButton(this);
@@ -111,26 +98,9 @@ void ExportDialog::_createLayout()
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
-    layout->addWidget(_createHeader());
-    layout->addWidget(line);
+    layout->addWidget(m_header);
     layout->addWidget(m_groupList, 1);
     layout->addLayout(buttons);
-}
-
-QWidget* ExportDialog::_createHeader()
-{
-    auto* header = new QWidget(this);
-    fill(header, Qt::white);
-    m_headerLabel = new QLabel(header);
-    m_headerLabel->setTextFormat(Qt::RichText);
-    m_headerLabel->setWordWrap(true);
-    QPalette colors = m_headerLabel->palette();
-    colors.setColor(QPalette::WindowText, fancy::color(fancy::TextDark));
-    m_headerLabel->setPalette(colors);
-    auto* layout = new QVBoxLayout(header);
-    layout->setContentsMargins(headerMargins);
-    layout->addWidget(m_headerLabel);
-    return header;
 }
 
 void ExportDialog::_createList()
@@ -141,11 +111,7 @@ void ExportDialog::_createList()
     m_groupList->setSpacing(rowSpacing);
     // The check boxes select; a highlighted row beside them would mislead.
     m_groupList->setSelectionMode(QAbstractItemView::NoSelection);
-    m_groupList->setHorizontalScrollBar(new FancyScrollbar(Qt::Horizontal, m_groupList));
-    m_groupList->setVerticalScrollBar(new FancyScrollbar(Qt::Vertical, m_groupList));
-    auto* corner = new QWidget(m_groupList);
-    fill(corner, Qt::white); // as the bars
-    m_groupList->setCornerWidget(corner);
+    FancyScrollbar::installOn(m_groupList);
 }
 
 void ExportDialog::_fillGroupList(const FocusGroup::Id& currentGroupId)
@@ -174,7 +140,7 @@ void ExportDialog::_addGroup(const FocusGroup& group, const FocusGroup::Id& curr
 void ExportDialog::retranslateUI()
 {
     setWindowTitle(tr("Export"));
-    m_headerLabel->setText(tr("<strong>Select the groups you want to export</strong>"));
+    m_header->setText(tr("<strong>Select the groups you want to export</strong>"));
     m_groupList->setAccessibleName(tr("Groups to export"));
     m_selectAllButton->setText(tr("Select all"));
     m_selectNoneButton->setText(tr("Select none"));

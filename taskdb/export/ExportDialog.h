@@ -5,7 +5,7 @@
 #include "app/language/SingleDialog.h"
 #include "taskdb/FocusGroup.h"
 
-class QLabel;
+class DialogHeader;
 class QListWidget;
 class QListWidgetItem;
 class QPushButton;
@@ -40,7 +40,6 @@ private Q_SLOTS:
 
 private:
     void _createLayout();
-    [[nodiscard]] QWidget* _createHeader();
     void _createList();
     void _fillGroupList(const FocusGroup::Id& currentGroupId);
     void _addGroup(const FocusGroup& group, const FocusGroup::Id& currentGroupId);
@@ -49,7 +48,7 @@ private:
     void _updateButtons();
     [[nodiscard]] SafeWriteResult _write(const QString& path) const;
 
-    QLabel* m_headerLabel = nullptr;
+    DialogHeader* m_header = nullptr;
     QListWidget* m_groupList = nullptr;
     QPushButton* m_selectAllButton = nullptr;
     QPushButton* m_selectNoneButton = nullptr;

@@ -1,16 +1,37 @@
-// Dated backups: what is kept, how they are made, and that they hold nothing back.
+// Dated backups: what is kept, how they are made, that they hold nothing back, and what is found
+// in them.
 
+#include "app/base/CSafeFileUpdate.h"
 #include "app/base/Clock.h"
+#include "taskdb/BackupReader.h"
 #include "taskdb/DatabaseBackups.h"
 #include "taskdb/TaskStorageCommiter.h"
+#include "taskdb/TaskStorageSnapsot.h"
 #include "tests/base/Files.h"
 #include "tests/support/DiskFaults.h"
 #include "tests/support/LogWatch.h"
 #include "tests/support/StoreBuilder.h"
 
 #include <QDir>
+#include <QPointer>
+#include <QSignalSpy>
 
 #include <cerrno>
+#include <dlfcn.h>
+#include <pthread.h>
+
+namespace {
+bool hasThreads = true;
+}
+
+/// In place of the system's, which the C++ library calls.
+extern "C" int pthread_create(pthread_t* thread, const pthread_attr_t* attributes,
+                              void* (*work)(void*), void* argument) noexcept
+{
+    static const auto original =
+        reinterpret_cast<decltype(&pthread_create)>(::dlsym(RTLD_NEXT, "pthread_create"));
+    return hasThreads ? original(thread, attributes, work, argument) : EAGAIN;
+}
 
 using namespace Qt::StringLiterals;
 
@@ -59,6 +80,7 @@ class BackupsTest : public QObject
 private Q_SLOTS:
     void cleanup()
     {
+        hasThreads = true;
         DiskFaults::reset();
         Clock::release();
     }
@@ -143,6 +165,75 @@ private Q_SLOTS:
         store.store.emptyTrash();
         store.commitOn(1);
         QCOMPARE(contentsOf(extra).count("<tid>"), 63);
+    }
+
+    void everyVersionIsReadAndLeftAsItIs()
+    {
+        LogWatch log;
+        StoreBuilder present;
+        TaskStorage& store = present.store;
+        const FocusGroup::Id home = store.createGroup(u"Home"_s, {});
+        const TodoTask::Id gone = present.task(home, u"in two groups, then gone"_s);
+        store.addTask(TaskStorage::ms_inboxId, gone);
+        const TodoTask::Id trashed = present.task(home, u"in the Trash by now"_s);
+        (void)present.task(TaskStorage::ms_trashId, u"not worth a count"_s);
+        const QDir folder(store.backupFolder());
+        QVERIFY(folder.mkpath(u"database-2026-11-03.xml"_s));
+        for (const QString& name :
+             {day1, day2, u"database-2026-11-02-120507.xml"_s, u"database-2026-02-30.xml"_s,
+              u"database-2026-11-02-990000.xml"_s})
+            QCOMPARE(store.saveCopy(folder.filePath(name)).state, ESafeWrite::done);
+        writeFile(folder.filePath(day1), "<taskdb version=\"2\"/>");
+        writeFile(folder.filePath(u"database-2026-10-31.xml"_s), "<taskdb version=\"1\">");
+        QFile::copy(QFINDTESTDATA("../data/orphans.xml"),
+                    folder.filePath(u"database-2026-10-30.xml"_s));
+        QFile::copy(folder.filePath(day2), present.path() + u".bak"_s);
+        store.emptyTrash();
+        store.removeTask(home, gone, true);
+        store.removeTask(TaskStorage::ms_inboxId, gone, true);
+        store.removeTask(home, trashed, false);
+
+        for (const bool threads : {true, false}) {
+            hasThreads = threads;
+            QStringList found;
+            BackupReader reader(store);
+            connect(&reader, &BackupReader::versionRead, this, [&](const BackupVersion& version) {
+                const QString date = version.isLast    ? u"last"_s
+                                     : version.hasTime ? version.date.toString(u"dd. HH:mm:ss"_s)
+                                                       : version.date.toString(u"dd."_s);
+                found += u"%1 error %2, %3 %4 %5"_s.arg(date)
+                             .arg(version.error)
+                             .arg(version.tasks)
+                             .arg(version.groups)
+                             .arg(version.missing);
+            });
+            QSignalSpy end(&reader, &BackupReader::allRead);
+            reader.readAll();
+            QTRY_COMPARE(end.size(), 1);
+            QCOMPARE(found, (QStringList{u"last error 0, 2 1 1"_s, u"02. 12:05:07 error 0, 2 1 1"_s,
+                                         u"02. error 0, 2 1 1"_s, u"01. error 1, 0 0 0"_s,
+                                         u"31. error 3, 0 0 0"_s, u"30. error 0, 0 1 0"_s}));
+            QCOMPARE(log.take().size(), 3);
+            QCOMPARE(QDir(present.folder()).entryList(QDir::Files),
+                     (QStringList{u"database.xml.bak"_s}));
+
+            QSignalSpy loaded(&reader, &BackupReader::loaded);
+            reader.load({.path = folder.filePath(day2)});
+            QTRY_COMPARE(loaded.size(), 1);
+            reader.load({.path = folder.filePath(u"gone by now"_s)});
+            QTRY_COMPARE(loaded.size(), 2);
+            const auto content = loaded.first().first().value<BackupContent>();
+            QCOMPARE(content.missing, QList<TodoTask::Id>{gone});
+            QCOMPARE(content.snapshot->tasks().size(), 3);
+            const auto nothing = loaded.last().first().value<BackupContent>();
+            QVERIFY(!nothing.snapshot && !nothing.version.detail.isEmpty());
+
+            const QPointer<BackupReader> retired = new BackupReader(store);
+            retired->readAll();
+            retired->retire();
+            QTRY_VERIFY2(!retired, "nobody owns it any more");
+            (void)log.take();
+        }
     }
 };
 

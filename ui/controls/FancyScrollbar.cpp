@@ -2,6 +2,7 @@
 
 #include "ui/controls/StyleHelper.h"
 
+#include <QAbstractScrollArea>
 #include <QApplication>
 #include <QPainter>
 #include <QPointer>
@@ -67,6 +68,16 @@ FancyScrollbar::FancyScrollbar(Qt::Orientation orientation, QWidget* parent)
     : QScrollBar(orientation, parent)
 {
     setStyle(ArrowlessStyle::inst());
+}
+
+void FancyScrollbar::installOn(QAbstractScrollArea* area)
+{
+    area->setHorizontalScrollBar(new FancyScrollbar(Qt::Horizontal, area));
+    area->setVerticalScrollBar(new FancyScrollbar(Qt::Vertical, area));
+    auto* corner = new QWidget(area);
+    corner->setPalette(QPalette(Qt::white));
+    corner->setAutoFillBackground(true);
+    area->setCornerWidget(corner);
 }
 
 QSize FancyScrollbar::sizeHint() const
