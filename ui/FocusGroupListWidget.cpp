@@ -403,7 +403,11 @@ void FocusGroupListWidget::_onAddGroup()
     EditGroupDialog dialog(window());
     if (dialog.exec() != QDialog::Accepted)
         return;
-    const FocusGroup::Id id = taskStorage().createGroup(dialog.groupName(), dialog.iconName());
+    FocusGroup::Id id;
+    {
+        const HistoryStep step(taskHistory(), {EAction::addGroup});
+        id = taskStorage().createGroup(dialog.groupName(), dialog.iconName());
+    }
     if (!_addGroup(id))
         return;
     _numberEntries();
@@ -436,7 +440,12 @@ void FocusGroupListWidget::_onRemoveGroup()
         _removeEntry(entry);
     // The list leaves the group before it goes: a running edit still finds its task there.
     setCurrentGroup(TaskStorage::ms_inboxId);
-    taskStorage().removeGroup(id);
+    {
+        const HistoryStep step(
+            taskHistory(),
+            {EAction::removeGroup, id, {}, 0, shownGroupName(taskStorage().getGroup(id))});
+        taskStorage().removeGroup(id);
+    }
     // The store emits nothing for the Trash, which received the group's tasks.
     _scheduleUpdate();
     _numberEntries();
@@ -444,10 +453,15 @@ void FocusGroupListWidget::_onRemoveGroup()
 
 void FocusGroupListWidget::_onEmptyTrash()
 {
-    if (confirmed(window(),
-                  tr("Once your tasks leave the trash group you can't get them back. Continue?"),
-                  QMessageBox::Ok, QMessageBox::Cancel))
-        taskStorage().emptyTrash();
+    if (!confirmed(window(),
+                   tr("Once your tasks leave the trash group you can't get them back. Continue?"),
+                   QMessageBox::Ok, QMessageBox::Cancel))
+        return;
+    const FocusGroup::Id& trash = TaskStorage::ms_trashId;
+    const HistoryStep step(
+        taskHistory(),
+        {EAction::emptyTrash, trash, {}, taskStorage().getGroup(trash).tasks().size()});
+    taskStorage().emptyTrash();
 }
 
 void FocusGroupListWidget::_onExport()

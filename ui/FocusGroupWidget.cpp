@@ -122,6 +122,7 @@ void FocusGroupWidget::_showCounts()
 
 void FocusGroupWidget::setProperties(const QString& name, const QString& iconName)
 {
+    const HistoryStep step(taskHistory(), {EAction::editGroup, m_id});
     FocusGroup record = group();
     record.rename(name);
     record.setIconName(iconName);
@@ -253,10 +254,12 @@ void FocusGroupWidget::setDragOver(bool over)
 
 void FocusGroupWidget::take(DragGroup& drag)
 {
-    if (drag.type() == DragGroup::GroupDrag)
+    if (drag.type() == DragGroup::GroupDrag) {
+        const HistoryStep step(taskHistory(), {EAction::moveGroup, drag.groupId()});
         taskStorage().moveGroup(m_id, drag.groupId());
-    else
+    } else {
         _takeTasks(drag);
+    }
 }
 
 /// Into Trash and Completed tasks are always moved.
@@ -264,6 +267,8 @@ void FocusGroupWidget::_takeTasks(DragGroup& drag)
 {
     const bool copies = drag.isCopy() && !TaskStorage::isArchive(m_id);
     drag.setResult(copies ? DragGroup::Copied : DragGroup::Moved);
+    const HistoryStep step(taskHistory(), {copies ? EAction::copyTasks : EAction::moveTasks,
+                                           copies ? m_id : drag.tasks().cbegin().key()});
     for (auto source = drag.tasks().cbegin(); source != drag.tasks().cend(); ++source) {
         if (copies)
             taskStorage().addTasks(m_id, source.value());

@@ -5,7 +5,6 @@
 #include "app/base/dynamic_singleton.h"
 #include "app/core/TaskCore.h"
 #include "taskdb/TaskStorage.h"
-#include "taskdb/export/ExportDialog.h"
 #include "ui/ActionsHelper.h"
 #include "ui/CommitStrip.h"
 #include "ui/FocusGroupListWidget.h"
@@ -13,6 +12,7 @@
 #include "ui/TaskListWidget.h"
 #include "ui/Toolbar.h"
 #include "ui/TrayIcon.h"
+#include "ui/WindowCommands.h"
 #include "ui/controls/FancySplitter.h"
 #include "ui/icons/PictureIcon.h"
 
@@ -20,7 +20,6 @@
 #include <QHBoxLayout>
 #include <QPropertyAnimation>
 #include <QScreen>
-#include <QShortcut>
 #include <QStyle>
 #include <QVBoxLayout>
 
@@ -53,7 +52,7 @@ MainWindow::MainWindow(QWidget* parent)
 {
     _createLayout();
     _connectActions();
-    _addShortcuts();
+    new WindowCommands(this, m_taskList, m_groupList);
     _watchCommits();
     MainWindow::retranslateUI();
     _restoreGeometry();
@@ -117,27 +116,6 @@ void MainWindow::_watchCommits()
     QMetaObject::invokeMethod(
         this, [this, storage] { _onCommitStateChanged(storage->commitFailure()); },
         Qt::QueuedConnection);
-}
-
-/// Keys for the whole window, since the shared actions have none: those belong to the task list.
-void MainWindow::_addShortcuts()
-{
-    const auto add = [this](const QKeySequence& keys, const auto& command) {
-        connect(new QShortcut(keys, this), &QShortcut::activated, this, command);
-    };
-    auto& actions = dynamic_singleton<ActionsHelper>::inst();
-    add(shortcuts::newTask, [action = actions.newTask()] { action->trigger(); });
-    add(shortcuts::editTask, [action = actions.editTask()] { action->trigger(); });
-    add(shortcuts::previousGroup,
-        [this] { m_groupList->setCurrentIndex(m_groupList->currentIndex() - 1); });
-    add(shortcuts::nextGroup,
-        [this] { m_groupList->setCurrentIndex(m_groupList->currentIndex() + 1); });
-    for (int i = 0; i < shortcuts::groups; ++i)
-        add(shortcuts::nthGroup(i), [this, i] { m_groupList->setCurrentIndex(i); });
-    add(shortcuts::exportTasks, [this] { ExportDialog::showMe(this, {}); });
-    add(shortcuts::hideWindow, [this] { close(); });
-    // Not every desktop has a tray to quit from.
-    add(shortcuts::quit, &QCoreApplication::quit);
 }
 
 void MainWindow::_restoreGeometry()

@@ -67,7 +67,6 @@ private:
     void _connectActions();
     void _watchCommits();
     void _removeCommitStrip();
-    void _addShortcuts();
     void _restoreGeometry();
     void _setView(bool compact, bool immediate);
     void _animatePane(int fromLeft, int toLeft);

@@ -10,6 +10,11 @@ inline constexpr QKeyCombination editTask(Qt::Key_F2);
 inline constexpr QKeyCombination previousGroup = Qt::CTRL | Qt::Key_PageUp;
 inline constexpr QKeyCombination nextGroup = Qt::CTRL | Qt::Key_PageDown;
 inline constexpr QKeyCombination exportTasks = Qt::CTRL | Qt::SHIFT | Qt::Key_E;
+inline constexpr QKeyCombination find = Qt::CTRL | Qt::Key_F;
+inline constexpr QKeyCombination commands(Qt::Key_F1);
+inline constexpr QKeyCombination undo = Qt::CTRL | Qt::Key_Z;
+inline constexpr QKeyCombination redo = Qt::CTRL | Qt::SHIFT | Qt::Key_Z;
+inline constexpr QKeyCombination redoToo = Qt::CTRL | Qt::Key_Y;
 inline constexpr QKeyCombination hideWindow = Qt::CTRL | Qt::Key_W;
 inline constexpr QKeyCombination quit = Qt::CTRL | Qt::Key_Q;
 /// How many groups, from the top, have a key.

@@ -97,16 +97,16 @@ bool TaskListWidget::_onListKey(const QKeyEvent* event)
 {
     const auto others = event->modifiers() & ~Qt::KeyboardModifiers(Qt::KeypadModifier);
     if (event->matches(QKeySequence::Copy)) {
-        _copySelected();
+        copyTasks();
     } else if (event->matches(QKeySequence::Paste)) {
-        _paste();
+        pasteTasks();
     } else if (event->key() == Qt::Key_F10 && others == Qt::ShiftModifier) {
         // The other key for menus, of which no event for a menu comes here.
         Q_EMIT menuWanted();
     } else if (event->key() == Qt::Key_Space && others == Qt::NoModifier) {
         // A key that is held down would tick and untick.
         if (!event->isAutoRepeat())
-            _tickSelected();
+            tickTasks();
     } else if (event->key() == Qt::Key_Up || event->key() == Qt::Key_Down ||
                (_rowByKey(event->key()) >= 0 && !(others & ~Qt::ShiftModifier))) {
         _moveCurrent(_rowByKey(event->key()), (others & Qt::ShiftModifier) != 0);
@@ -152,16 +152,17 @@ QList<TodoTask> TaskListWidget::_selectedTasks() const
 }
 
 /// All are done then, or all open where they were done.
-void TaskListWidget::_tickSelected()
+void TaskListWidget::tickTasks()
 {
     const QList<TodoTask> tasks = _selectedTasks();
     const bool allDone = std::all_of(tasks.cbegin(), tasks.cend(),
                                      [](const TodoTask& task) { return task.completed(); });
+    const HistoryStep step(taskHistory(), {EAction::tick, m_groupId});
     for (TodoTask task : tasks)
         task.setCompleted(!allDone);
 }
 
-void TaskListWidget::_copySelected() const
+void TaskListWidget::copyTasks() const
 {
     if (m_rows.selectedCount() == 0)
         return;
@@ -172,14 +173,17 @@ void TaskListWidget::_copySelected() const
 }
 
 /// Makes a task of each line in the clipboard.
-void TaskListWidget::_paste()
+void TaskListWidget::pasteTasks()
 {
     // The group may have been removed elsewhere.
     if (TaskStorage::isArchive(m_groupId) || taskStorage().getGroup(m_groupId).id().isNull())
         return;
     QList<TodoTask::Id> pasted;
-    for (const QString& line : linesOf(QGuiApplication::clipboard()->text()))
-        pasted += createTask(m_groupId, line);
+    {
+        const HistoryStep step(taskHistory(), {EAction::pasteTasks, m_groupId});
+        for (const QString& line : linesOf(QGuiApplication::clipboard()->text()))
+            pasted += createTask(m_groupId, line);
+    }
     pasted.removeAll(TodoTask::Id());
     if (pasted.isEmpty())
         return;

@@ -54,6 +54,7 @@ TaskListWidget::~TaskListWidget()
     m_edited->disconnectEdits();
     if (_isEmptyAndNew(m_rows.edited()))
         taskStorage().removeTask(m_groupId, m_rows.idAt(m_rows.edited()), true);
+    taskHistory().end();
 }
 
 void TaskListWidget::endEditing()
@@ -167,8 +168,10 @@ void TaskListWidget::_followStore()
 void TaskListWidget::_setTasks(const QList<TodoTask::Id>& ids)
 {
     m_rows.assign(ids);
-    if (m_edited && m_rows.edited() < 0)
+    if (m_edited && m_rows.edited() < 0) {
         _closeForm();
+        taskHistory().end();
+    }
     _rowsChanged();
     _selectionChanged();
 }
@@ -193,8 +196,11 @@ void TaskListWidget::_onHeadStart(const QString& /*target*/)
 {
     if (m_groupId != TaskStorage::ms_inboxId)
         return;
-    for (const StarterTask& task : StarterTask::all())
-        _createTaskHelper(task.name, task.notes);
+    {
+        const HistoryStep step(taskHistory(), {EAction::starterTasks, m_groupId});
+        for (const StarterTask& task : StarterTask::all())
+            _createTaskHelper(task.name, task.notes);
+    }
     _followStore();
     m_firstClickHere = false;
 }
@@ -212,11 +218,14 @@ void TaskListWidget::newTask()
     if (taskStorage().getGroup(m_groupId).id().isNull())
         return;
     _startEditing(-1);
+    taskHistory().begin({EAction::newTask, m_groupId});
     const TodoTask::Id id = taskStorage().createTask(m_groupId);
     _followStore();
-    _startEditing(m_rows.indexOf(id));
-    if (!m_edited)
+    if (m_rows.indexOf(id) < 0) {
+        taskHistory().end();
         return;
+    }
+    _openForm(m_rows.indexOf(id));
     m_rows.setNew(m_rows.edited(), true);
     _makeVisible(m_rows.edited());
 }
@@ -237,12 +246,20 @@ void TaskListWidget::cleanup()
     if (m_rows.count() == 0)
         return;
     stopEditing(m_edited, false);
+    QList<TodoTask> tasks;
     for (qsizetype row = m_rows.count() - 1; row >= 0; --row) {
         const TodoTask task = taskStorage().get(m_rows.idAt(row));
-        if (task.completed())
-            taskStorage().moveTasks(m_groupId, TaskStorage::ms_completedId, {task.id()});
-        else if (task.empty())
-            taskStorage().removeTask(m_groupId, m_rows.idAt(row), false);
+        if (task.completed() || task.empty())
+            tasks.append(task);
+    }
+    {
+        const HistoryStep step(taskHistory(), {EAction::cleanUp, m_groupId, {}, tasks.size()});
+        for (const TodoTask& task : std::as_const(tasks)) {
+            if (task.completed())
+                taskStorage().moveTasks(m_groupId, TaskStorage::ms_completedId, {task.id()});
+            else
+                taskStorage().removeTask(m_groupId, task.id(), false);
+        }
     }
     _followStore();
 }
@@ -252,9 +269,13 @@ void TaskListWidget::deleteTasks()
     stopEditing(m_edited, false);
     if (m_rows.selectedCount() == 0)
         return;
-    for (qsizetype row = 0; row < m_rows.count(); ++row) {
-        if (m_rows.isSelected(row))
-            taskStorage().removeTask(m_groupId, m_rows.idAt(row), false);
+    {
+        const HistoryStep step(taskHistory(),
+                               {EAction::deleteTasks, m_groupId, {}, m_rows.selectedCount()});
+        for (qsizetype row = 0; row < m_rows.count(); ++row) {
+            if (m_rows.isSelected(row))
+                taskStorage().removeTask(m_groupId, m_rows.idAt(row), false);
+        }
     }
     _clearSelection();
     _followStore();
@@ -274,6 +295,14 @@ void TaskListWidget::_startEditing(qsizetype row)
         stopEditing(m_edited, false);
         row = m_rows.indexOf(id);
     }
+    if (!m_rows.isValid(row))
+        return;
+    taskHistory().begin({EAction::editTask, m_groupId, {id}});
+    _openForm(row);
+}
+
+void TaskListWidget::_openForm(qsizetype row)
+{
     m_pressed.reset();
     _selectOnly(row);
     // The edited row has a widget wherever it lies.
@@ -316,8 +345,27 @@ void TaskListWidget::stopEditing(TaskWidget* row, bool byReturn)
         _clearSelection();
         _followStore();
     }
+    taskHistory().end();
     if (isAbove)
         _keepInPlace(m_rows.indexOf(below), place);
+}
+
+void TaskListWidget::showTasks(const QSet<TodoTask::Id>& ids)
+{
+    endEditing();
+    _followStore();
+    qsizetype first = -1;
+    _clearSelection();
+    for (qsizetype row = m_rows.count() - 1; row >= 0; --row) {
+        if (!ids.contains(m_rows.idAt(row)))
+            continue;
+        m_rows.setSelected(row, true);
+        first = row;
+    }
+    if (first >= 0) {
+        _addToSelection(first);
+        _makeVisible(first);
+    }
 }
 
 void TaskListWidget::rowHeightChanged(TaskWidget* row)
@@ -516,9 +564,12 @@ void TaskListWidget::_reorderSelected(DragGroup& drag, const TaskRows::DropPosit
     const TaskRows::DropPosition anchor = m_rows.dropAnchor(drop);
     if (anchor.row < 0)
         return;
-    const auto& tasks = drag.tasks();
-    taskStorage().reorderTasks(m_groupId, m_rows.idAt(anchor.row), anchor.before,
-                               tasks.isEmpty() ? QList<TodoTask::Id>() : *tasks.cbegin());
+    const QList<TodoTask::Id> tasks =
+        drag.tasks().isEmpty() ? QList<TodoTask::Id>() : *drag.tasks().cbegin();
+    {
+        const HistoryStep step(taskHistory(), {EAction::reorderTasks, m_groupId, tasks});
+        taskStorage().reorderTasks(m_groupId, m_rows.idAt(anchor.row), anchor.before, tasks);
+    }
     _followStore();
     drag.setResult(DragGroup::Reordered);
 }

@@ -41,7 +41,17 @@ public:
     void cleanup();
     /// Deletes the selected tasks.
     void deleteTasks();
+    /// Ticks the selected tasks, or unticks them where all are done.
+    void tickTasks();
+    /// Puts the selected tasks into the clipboard as an export writes them; nothing without any.
+    void copyTasks() const;
+    /// Makes a task of each line in the clipboard; nothing in an archive.
+    void pasteTasks();
+    void selectAll() { _selectAll(); }
 
+    /// Selects those of the tasks that the group holds, the first one as the current one and in
+    /// view; a running edit ends first.
+    void showTasks(const QSet<TodoTask::Id>& ids);
     /// Ends the running edit, if any. To be called before the window is taken apart.
     void endEditing();
     /// A new task that was left empty vanishes.
@@ -81,6 +91,7 @@ private:
     [[nodiscard]] QIcon _groupIcon() const;
     void _retranslate();
     void _startEditing(qsizetype row);
+    void _openForm(qsizetype row);
     void _closeForm();
     [[nodiscard]] bool _isEmptyAndNew(qsizetype row) const;
 
@@ -89,9 +100,6 @@ private:
     [[nodiscard]] bool _onListKey(const QKeyEvent* event);
     [[nodiscard]] qsizetype _rowByKey(int key) const;
     [[nodiscard]] QList<TodoTask> _selectedTasks() const;
-    void _tickSelected();
-    void _copySelected() const;
-    void _paste();
 
     void _onTaskChanged(const TodoTask::Id& id);
     void _onGroupChanged(const FocusGroup::Id& id);

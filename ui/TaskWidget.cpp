@@ -22,6 +22,7 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -221,7 +222,13 @@ void TaskWidget::setCompleted(bool completed)
 {
     if (m_id.isNull() || completed == m_task.completed())
         return;
-    m_task.setCompleted(completed);
+    {
+        // In the form it is a part of the edit.
+        std::optional<HistoryStep> step;
+        if (!isEditing())
+            step.emplace(taskHistory(), HistoryAction{EAction::tick});
+        m_task.setCompleted(completed);
+    }
     if (completed && isEditing())
         m_host->stopEditing(this, false);
     _updateVisuals();

@@ -9,7 +9,6 @@
 #include "ui/MainWindow.h"
 #include "ui/controls/AboutDialog.h"
 #include "ui/controls/Prefs.h"
-#include "ui/controls/PrefsDialog.h"
 #include "ui/controls/WindowHelper.h"
 #include "ui/icons/IconsHelper.h"
 
@@ -118,15 +117,7 @@ void TrayIcon::_onDonate()
 
 void TrayIcon::_onPreferences()
 {
-    if (m_preferences)
-        return;
-    m_preferences = prefs::dialogForPlatform(m_window);
-    if (!m_preferences)
-        return;
-    m_preferences->exec();
-    if (m_preferences)
-        m_preferences->deleteLater();
-    m_preferences = nullptr;
+    prefs::showDialog(m_window);
 }
 
 void TrayIcon::_onAbout()

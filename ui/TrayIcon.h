@@ -3,7 +3,6 @@
 
 #include "net/UpdateInformation.h"
 
-#include <QPointer>
 #include <QSystemTrayIcon>
 
 #include <boost/shared_ptr.hpp>
@@ -13,7 +12,6 @@
 
 class MainWindow;
 class NetServices;
-class PrefsDialog;
 class QAction;
 class QMenu;
 
@@ -49,7 +47,6 @@ private:
 
     std::unique_ptr<QMenu> m_menu;
     MainWindow* m_window;
-    QPointer<PrefsDialog> m_preferences; ///< null while none is open
     QAction* m_showAction = nullptr;
     QAction* m_exportAction = nullptr;
     QAction* m_donateAction = nullptr;      ///< null where it is not offered

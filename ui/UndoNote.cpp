@@ -23,8 +23,9 @@ constexpr qreal cornerRadius = 5;
 
 } // namespace
 
-UndoNote::UndoNote(const QString& text, QWidget* area)
+UndoNote::UndoNote(const QString& text, EOffer offer, QWidget* area)
     : LocalizedWidget(area->window())
+    , m_offer(offer)
     , m_area(area)
     , m_label(new ElidedLabel(this))
     , m_button(new QToolButton(this))
@@ -51,7 +52,7 @@ UndoNote::UndoNote(const QString& text, QWidget* area)
     m_layout->setSpacing(gap);
     m_layout->addWidget(m_label, 1);
     m_layout->addWidget(m_button, 0, Qt::AlignCenter);
-    connect(m_button, &QToolButton::clicked, this, &UndoNote::_undo);
+    connect(m_button, &QToolButton::clicked, this, &UndoNote::_click);
 
     m_timer->setSingleShot(true);
     connect(m_timer, &QTimer::timeout, this, &UndoNote::dismiss);
@@ -72,16 +73,16 @@ void UndoNote::dismiss()
     deleteLater();
 }
 
-void UndoNote::_undo()
+void UndoNote::_click()
 {
     dismiss();
-    Q_EMIT undoWanted();
+    Q_EMIT wanted();
 }
 
 void UndoNote::retranslateUI()
 {
-    m_button->setText(tr("Undo"));
-    m_button->setAccessibleName(tr("Undo"));
+    m_button->setText(m_offer == undo ? tr("Undo") : tr("Redo"));
+    m_button->setAccessibleName(m_offer == undo ? tr("Undo") : tr("Redo"));
     _place();
 }
 

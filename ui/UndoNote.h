@@ -1,4 +1,4 @@
-// The note that says what was done and offers to undo it.
+// The note that says what was done and offers the way back.
 #pragma once
 
 #include "app/language/LocalizedWidget.h"
@@ -17,9 +17,16 @@ class UndoNote : public LocalizedWidget
     Q_OBJECT
 
 public:
+    /// What the button offers.
+    enum EOffer
+    {
+        undo,
+        redo
+    };
+
     /// Shows itself at once. Belongs to the window of `area`, over which it stays wherever that is
     /// moved within the window.
-    UndoNote(const QString& text, QWidget* area);
+    UndoNote(const QString& text, EOffer offer, QWidget* area);
 
     /// Takes the note away before its time; it deletes itself.
     void dismiss();
@@ -30,15 +37,16 @@ public:
 
 Q_SIGNALS:
     /// The button was clicked; the note is already gone.
-    void undoWanted();
+    void wanted();
 
 protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    void _undo();
+    void _click();
     void _place();
 
+    EOffer m_offer;
     QPointer<QWidget> m_area;
     ElidedLabel* m_label;
     QToolButton* m_button;

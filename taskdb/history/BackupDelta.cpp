@@ -3,25 +3,9 @@
 #include "taskdb/TaskStorage.h"
 #include "taskdb/TaskStorageSnapsot.h"
 
-#include <QSet>
-
 #include <utility>
 
-namespace {
-
-QSet<TodoTask::Id> listedTasks(const TaskStorageSnapsot& snapshot)
-{
-    QSet<TodoTask::Id> ids;
-    for (const FocusGroup& group : snapshot.groups()) {
-        for (const TodoTask::Id& id : group.tasks())
-            ids.insert(id);
-    }
-    return ids;
-}
-
-} // namespace
-
-StoreDelta returnTo(const TaskStorage& store, const TaskStorageSnapsot& version)
+StoreDelta returnToVersion(const TaskStorage& store, const TaskStorageSnapsot& version)
 {
     StoreDelta delta;
     for (const TodoTask& task : version.tasks())
@@ -41,23 +25,14 @@ StoreDelta returnTo(const TaskStorage& store, const TaskStorageSnapsot& version)
     return delta;
 }
 
-StoreDelta bringBackMissing(const TaskStorage& store, const TaskStorageSnapsot& version,
-                            const QString& groupName)
+StoreDelta bringBackTasks(const TaskStorage& store, const TaskStorageSnapsot& version,
+                          const QList<TodoTask::Id>& tasks, const QString& groupName)
 {
-    TaskStorageSnapsot present;
-    store.takeSnapshot(present);
-    const QSet<TodoTask::Id> listed = listedTasks(present);
     FocusGroup target;
     target.create();
     target._rename(groupName);
-    for (const FocusGroup& group : version.groups()) {
-        if (group.id() == TaskStorage::ms_trashId)
-            continue;
-        for (const TodoTask::Id& id : group.tasks()) {
-            if (!listed.contains(id))
-                target._add(id);
-        }
-    }
+    for (const TodoTask::Id& id : tasks)
+        target._add(id);
     if (std::as_const(target).tasks().isEmpty())
         return {};
 

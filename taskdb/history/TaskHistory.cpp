@@ -19,7 +19,14 @@ FocusGroup::Id HistoryChange::groupToShow(const TaskStorage& store) const
     const auto found = std::find_if(groups.cbegin(), groups.cend(), [&](const FocusGroup::Id& id) {
         return isSeenIn(store.getGroup(id));
     });
-    return found == groups.cend() ? own.id() : *found;
+    if (found != groups.cend() || !own.id().isNull())
+        return found == groups.cend() ? own.id() : *found;
+    // A group that has come, or tasks that lie in an archive only.
+    groups = difference.groups.keys() + QList{TaskStorage::ms_completedId, TaskStorage::ms_trashId};
+    const auto last = std::find_if(groups.cbegin(), groups.cend(), [&](const FocusGroup::Id& id) {
+        return !TaskStorage::isArchive(id) || isSeenIn(store.getGroup(id));
+    });
+    return last == groups.cend() ? FocusGroup::Id() : store.getGroup(*last).id();
 }
 
 bool HistoryChange::isSeenIn(const FocusGroup& group) const
@@ -83,8 +90,10 @@ void TaskHistory::_cut()
     std::swap(step.delta, replaced);
     created.clear();
     m_store.prune(step.delta);
-    if (!step.delta.isEmpty())
-        _push(step);
+    if (step.delta.isEmpty())
+        return;
+    _push(step);
+    Q_EMIT stepDone(step.action);
 }
 
 void TaskHistory::_push(const Step& step)

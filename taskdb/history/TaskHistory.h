@@ -37,9 +37,12 @@ struct HistoryAction
 {
     EAction kind = EAction::other;
     /// Where it happens; null if in no group.
-    FocusGroup::Id group;
+    FocusGroup::Id group = {};
     /// What to show when it is undone, besides tasks that change or change groups.
-    QList<TodoTask::Id> tasks;
+    QList<TodoTask::Id> tasks = {};
+    /// Of what, for who tells of it: how many tasks, or which group.
+    qsizetype count = 0;
+    QString name = {};
 };
 
 /// Something was undone, redone or applied as a whole.
@@ -100,6 +103,8 @@ public:
 Q_SIGNALS:
     /// The store was changed. With the store's lock held, for every single change.
     void touched();
+    /// A step is complete. Not told of those that apply() makes.
+    void stepDone(const HistoryAction& action);
     /// undo(), redo() or apply() have changed the store, also groups, of which it tells nothing.
     void replacedContent(const HistoryChange& change);
 

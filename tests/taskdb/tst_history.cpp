@@ -96,10 +96,10 @@ private:
             [&] { m_store.removeGroup(_below(9) == 0 ? group : FocusGroup::Id()); },
             [&] { m_store.moveGroup(_below(5), group); },
             [&] { m_store.moveGroup(_group(), group); },
-            [&] { m_history.apply({}, bringBackMissing(m_store, m_kept, text)); },
+            [&] { m_history.apply({}, bringBackTasks(m_store, m_kept, _some(), text)); },
             [&] {
                 if (_below(9) == 0)
-                    m_history.apply({}, returnTo(m_store, m_kept));
+                    m_history.apply({}, returnToVersion(m_store, m_kept));
             },
         };
         changes.at(_below(static_cast<int>(changes.size())))();

@@ -9,10 +9,10 @@
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QMenu>
-#include <QToolButton>
 #include <QScreen>
 #include <QSignalSpy>
 #include <QTimer>
+#include <QToolButton>
 
 using namespace Qt::StringLiterals;
 
@@ -156,7 +156,7 @@ private Q_SLOTS:
         addTasks({u"a"_s});
         edit(0);
         const QWidget* field = QApplication::focusWidget();
-        QPointer note(new UndoNote(u"What was done. "_s.repeated(20), &list()));
+        QPointer note(new UndoNote(u"What was done. "_s.repeated(20), UndoNote::undo, &list()));
         const QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(note);
         QCOMPARE(spoken->role(), QAccessible::Notification);
         QCOMPARE(spoken->text(QAccessible::Name), u"What was done. "_s.repeated(20));
@@ -167,7 +167,7 @@ private Q_SLOTS:
             QVERIFY(area.contains(note->geometry()));
             QVERIFY(qAbs(note->geometry().center().x() - area.center().x()) <= 1);
         }
-        const QSignalSpy undo(note, &UndoNote::undoWanted);
+        const QSignalSpy undo(note, &UndoNote::wanted);
         const auto* button = note->findChild<QToolButton*>();
         QTest::mouseClick(m_window->windowHandle(), Qt::LeftButton, {},
                           button->mapTo(m_window.get(), button->rect().center()));
@@ -175,7 +175,7 @@ private Q_SLOTS:
         QCOMPARE(QApplication::focusWidget(), field);
         QTRY_VERIFY(!note);
 
-        note = new UndoNote({}, &list());
+        note = new UndoNote({}, UndoNote::redo, &list());
         auto* timer = note->findChild<QTimer*>();
         QVERIFY(note->isVisible() && timer->isActive());
         timer->start(0);

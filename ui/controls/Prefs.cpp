@@ -2,6 +2,8 @@
 
 #include "ui/controls/PrefsDialog.h"
 
+#include <QPointer>
+
 bool prefs::hasPrefsDialog()
 {
     return true;
@@ -10,4 +12,17 @@ bool prefs::hasPrefsDialog()
 PrefsDialog* prefs::dialogForPlatform(QWidget* parent)
 {
     return new PrefsDialog(parent);
+}
+
+void prefs::showDialog(QWidget* parent)
+{
+    static QPointer<PrefsDialog> open;
+    if (open)
+        return;
+    open = dialogForPlatform(parent);
+    open->exec();
+    // The window may have gone, and the dialog with it.
+    if (open)
+        open->deleteLater();
+    open = nullptr;
 }

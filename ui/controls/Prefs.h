@@ -12,4 +12,7 @@ namespace prefs {
 /// A new dialog, to be shown by exec(); the caller owns it.
 [[nodiscard]] PrefsDialog* dialogForPlatform(QWidget* parent);
 
+/// Runs the dialog, unless it is open already. Returns when it is closed.
+void showDialog(QWidget* parent);
+
 } // namespace prefs
