@@ -62,7 +62,6 @@ UndoNote::UndoNote(const QString& text, EOffer offer, QWidget* area)
         moved->installEventFilter(this);
     UndoNote::retranslateUI();
     raise();
-    show();
 }
 
 void UndoNote::dismiss()
