@@ -61,6 +61,22 @@ TaskSet listedTasks(const TaskStorageSnapsot& snapshot)
     return tasks;
 }
 
+/// A snapshot of the store that does not hold up whoever lets go of it: to free a hundred thousand
+/// tasks takes longer than a frame.
+std::shared_ptr<const TaskStorageSnapsot> snapshotOf(const TaskStorage& store)
+{
+    const auto release = [](const TaskStorageSnapsot* snapshot) {
+        std::jthread thread = startOptionalThread([snapshot] { delete snapshot; });
+        if (thread.joinable())
+            thread.detach();
+        else
+            delete snapshot;
+    };
+    const std::shared_ptr<TaskStorageSnapsot> snapshot(new TaskStorageSnapsot, release);
+    store.takeSnapshot(*snapshot);
+    return snapshot;
+}
+
 /// Counts what the snapshot of a version holds.
 void count(BackupContent& content, const TaskSet& present)
 {
@@ -92,9 +108,7 @@ BackupContent contentOf(const BackupVersion& version, const TaskSet& present)
         content.version.detail = file.errorString();
     if (content.version.error != TaskStorage::NoError)
         return content;
-    auto snapshot = std::make_shared<TaskStorageSnapsot>();
-    store.takeSnapshot(*snapshot);
-    content.snapshot = std::move(snapshot);
+    content.snapshot = snapshotOf(store);
     count(content, present);
     return content;
 }

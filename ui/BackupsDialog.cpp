@@ -10,25 +10,83 @@
 
 #include <QHeaderView>
 #include <QLocale>
+#include <QPainter>
 #include <QPushButton>
+#include <QStyledItemDelegate>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr QSize smallestSize(480, 350);
+constexpr QSize usualSize(620, 400);
 constexpr QMargins buttonMargins(8, 10, 8, 10);
 constexpr int buttonSpacing = 6;
+constexpr int sidePadding = 6;
+constexpr QSize paddings(2 * sidePadding, 10);
+constexpr int titlePadding = sidePadding + 3; // as far in as the texts of the rows
+constexpr QRgb unavailableColor = 0xff767676;
+
 enum EColumn
 {
     dateColumn,
     tasksColumn,
     groupsColumn,
     missingColumn,
+};
+
+/// Rows with room around their texts, and a flat colour for the chosen one.
+class RowDelegate final : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override
+    {
+        if (option.state.testFlag(QStyle::State_Selected))
+            painter->fillRect(option.rect, fancy::color(fancy::RowSelected));
+        QStyleOptionViewItem plain = option;
+        plain.state &= ~(QStyle::State_Selected | QStyle::State_MouseOver | QStyle::State_HasFocus);
+        plain.rect.adjust(sidePadding, 0, -sidePadding, 0);
+        QStyledItemDelegate::paint(painter, plain, index);
+    }
+
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override
+    {
+        return QStyledItemDelegate::sizeHint(option, index) + paddings;
+    }
+};
+
+/// Column titles as flat as the rows.
+class FlatHeader final : public QHeaderView
+{
+public:
+    explicit FlatHeader(QWidget* parent)
+        : QHeaderView(Qt::Horizontal, parent)
+    {
+    }
+
+protected:
+    void paintSection(QPainter* painter, const QRect& rect, int section) const override
+    {
+        painter->fillRect(rect, fancy::color(fancy::White));
+        painter->fillRect(rect.left(), rect.bottom(), rect.width(), 1, fancy::color(fancy::Frame));
+        painter->setPen(fancy::color(fancy::TextDark));
+        const Qt::Alignment side = section == dateColumn ? Qt::AlignLeft : Qt::AlignRight;
+        painter->drawText(rect.adjusted(titlePadding, 0, -titlePadding, 0), side | Qt::AlignVCenter,
+                          model()->headerData(section, Qt::Horizontal).toString());
+    }
+
+    QSize sectionSizeFromContents(int section) const override
+    {
+        return QHeaderView::sectionSizeFromContents(section) + paddings;
+    }
 };
 
 QString dateText(const BackupVersion& version)
@@ -54,6 +112,7 @@ BackupsDialog::BackupsDialog(QWidget* parent, const Handler& bringBack, const Ha
 {
     setWindowModality(Qt::WindowModal);
     setSizeGripEnabled(true);
+    resize(usualSize);
     _createLayout();
     connect(this, &BackupsDialog::bringBackWanted, this, bringBack);
     connect(this, &BackupsDialog::returnWanted, this, goBack);
@@ -104,14 +163,14 @@ void BackupsDialog::_createList()
     m_list->setUniformRowHeights(true);
     m_list->setAllColumnsShowFocus(true);
     m_list->setColumnCount(missingColumn + 1);
-    m_list->header()->setSectionsMovable(false);
+    m_list->setItemDelegate(new RowDelegate(m_list));
+    m_list->setHeader(new FlatHeader(m_list));
     m_list->header()->setStretchLastSection(false);
     m_list->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
     m_list->header()->setSectionResizeMode(dateColumn, QHeaderView::Stretch);
     FancyScrollbar::installOn(m_list);
     QPalette colors = m_list->palette();
-    colors.setColor(QPalette::Highlight, fancy::color(fancy::RowSelected));
-    colors.setColor(QPalette::HighlightedText, colors.color(QPalette::Text));
+    colors.setColor(QPalette::Disabled, QPalette::Text, QColor::fromRgb(unavailableColor));
     m_list->setPalette(colors);
     m_note = new QTreeWidgetItem(m_list);
     m_note->setFlags(Qt::NoItemFlags);
@@ -132,8 +191,6 @@ void BackupsDialog::retranslateUI()
     m_header->setText(tr("<strong>Choose the version you want to go back to</strong>"));
     m_list->setAccessibleName(tr("Earlier versions"));
     m_list->setHeaderLabels({tr("Date"), tr("Tasks"), tr("Groups"), tr("Missing now")});
-    for (const EColumn column : {tasksColumn, groupsColumn, missingColumn})
-        m_list->headerItem()->setTextAlignment(column, Qt::AlignRight | Qt::AlignVCenter);
     m_list->headerItem()->setToolTip(missingColumn,
                                      tr("Tasks of that version which no group has any more"));
     m_bringBackButton->setText(tr("Bring missing tasks back"));
@@ -196,6 +253,7 @@ void BackupsDialog::_showRow(int row)
         return;
     }
     item->setText(dateColumn, date);
+    item->setToolTip(dateColumn, plainToolTip(date));
     const QLocale locale;
     for (const auto& [column, number] : {std::pair(tasksColumn, version.tasks),
                                          {groupsColumn, version.groups},
@@ -245,8 +303,8 @@ void BackupsDialog::_onLoaded(const BackupContent& content)
     const Wish wish = std::exchange(m_wish, nullptr);
     unsetCursor();
     if (content.snapshot) {
-        Q_EMIT(this->*wish)(content);
         accept();
+        Q_EMIT(this->*wish)(content);
         return;
     }
     const auto changed =

@@ -29,7 +29,7 @@ public:
     void retranslateUI() override;
 
 Q_SIGNALS:
-    // The dialog closes after either.
+    // The dialog has closed by then.
 
     /// The tasks of the version that are missing now are to come back.
     void bringBackWanted(const BackupContent& content);

@@ -42,7 +42,7 @@ private Q_SLOTS:
         const QDir folder(taskStorage().backupFolder());
         QVERIFY(folder.mkpath(u"."_s));
         const FocusGroup::Id home = taskStorage().createGroup(u"Home"_s, {});
-        const TodoTask::Id kept = taskStorage().createTask(home);
+        (void)taskStorage().createTask(home);
         save(folder.filePath(u"database-2026-10-01.xml"_s));
         const TodoTask::Id gone = taskStorage().createTask(home);
         save(folder.filePath(u"database-2026-10-03-090500.xml"_s));
