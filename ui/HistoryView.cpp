@@ -120,7 +120,7 @@ void HistoryView::bringBack(const BackupContent& content)
 void HistoryView::returnTo(const BackupContent& content)
 {
     m_list->endEditing();
-    taskHistory().apply({EAction::returnToBackup, m_groups->groupId(), {}, 0, dateOf(content)},
+    taskHistory().apply({EAction::returnToBackup, {}, {}, 0, dateOf(content)},
                         returnToVersion(taskStorage(), *content.snapshot));
 }
 
@@ -134,15 +134,12 @@ void HistoryView::_onStepDone(const HistoryAction& action)
 /// The store tells of tasks and members, but not of what else a group is.
 void HistoryView::_onReplaced(const HistoryChange& change)
 {
-    HistoryChange seen = change;
-    if (seen.action.group.isNull())
-        seen.action.group = m_groups->groupId();
-    const FocusGroup::Id group = seen.groupToShow(taskStorage());
-    if (seen.difference.panel)
+    const FocusGroup::Id group = change.groupToShow(taskStorage(), m_groups->groupId());
+    if (change.difference.panel)
         m_groups->refresh();
     m_groups->setCurrentGroup(group);
     m_list->updateGroup();
-    m_list->showTasks(seen.tasksToSelect(taskStorage(), m_list->groupId()));
+    m_list->showTasks(change.tasksToSelect(taskStorage(), m_list->groupId()));
     if (change.way == HistoryChange::applied)
         _show(toldOf(change.action), change.way);
     else

@@ -7,9 +7,10 @@
 #include <algorithm>
 #include <utility>
 
-FocusGroup::Id HistoryChange::groupToShow(const TaskStorage& store) const
+FocusGroup::Id HistoryChange::groupToShow(const TaskStorage& store,
+                                          const FocusGroup::Id& shown) const
 {
-    const FocusGroup own = store.getGroup(action.group);
+    const FocusGroup own = store.getGroup(action.group.isNull() ? shown : action.group);
     if (isSeenIn(own))
         return own.id();
     QList<FocusGroup::Id> groups;
@@ -19,14 +20,16 @@ FocusGroup::Id HistoryChange::groupToShow(const TaskStorage& store) const
     const auto found = std::find_if(groups.cbegin(), groups.cend(), [&](const FocusGroup::Id& id) {
         return isSeenIn(store.getGroup(id));
     });
-    if (found != groups.cend() || !own.id().isNull())
-        return found == groups.cend() ? own.id() : *found;
+    if (found != groups.cend())
+        return *found;
+    if (!action.group.isNull())
+        return own.id();
     // A group that has come, or tasks that lie in an archive only.
     groups = difference.groups.keys() + QList{TaskStorage::ms_completedId, TaskStorage::ms_trashId};
     const auto last = std::find_if(groups.cbegin(), groups.cend(), [&](const FocusGroup::Id& id) {
         return !TaskStorage::isArchive(id) || isSeenIn(store.getGroup(id));
     });
-    return last == groups.cend() ? FocusGroup::Id() : store.getGroup(*last).id();
+    return last == groups.cend() ? own.id() : store.getGroup(*last).id();
 }
 
 bool HistoryChange::isSeenIn(const FocusGroup& group) const

@@ -59,8 +59,9 @@ struct HistoryChange
     EWay way = undone;
     StoreDifference difference;
 
-    /// The group in which the change is seen best; null if in none, so that the one shown may stay.
-    [[nodiscard]] FocusGroup::Id groupToShow(const TaskStorage& store) const;
+    /// The group in which the change is seen best; `shown` where that will do. Null if in none.
+    [[nodiscard]] FocusGroup::Id groupToShow(const TaskStorage& store,
+                                             const FocusGroup::Id& shown) const;
     /// Whether tasks have changed or come there.
     [[nodiscard]] bool isSeenIn(const FocusGroup& group) const;
     /// Those of the changed tasks that this group holds now.

@@ -231,7 +231,7 @@ void HistoryTest::whatIsUndoneIsShown()
 
     QString shown;
     connect(m_history.get(), &TaskHistory::replacedContent, this, [&](const HistoryChange& change) {
-        const FocusGroup::Id group = change.groupToShow(store());
+        const FocusGroup::Id group = change.groupToShow(store(), inbox);
         QStringList names;
         for (const TodoTask::Id& id : change.tasksToSelect(store(), group))
             names += store().get(id).name();

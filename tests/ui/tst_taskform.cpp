@@ -6,7 +6,6 @@
 #include "ui/controls/NotesTextEdit.h"
 
 #include <QScrollBar>
-#include <QShortcut>
 
 using namespace Qt::StringLiterals;
 
@@ -104,31 +103,35 @@ private Q_SLOTS:
         QVERIFY(!row(0)->isEditing());
     }
 
-    /// The window may have undo keys of its own, for when a field has nothing to undo.
+    /// Once a field has nothing to undo, the form closes and the step before it is undone.
     void undoKeysAreTheFieldsWhileTheyHaveAnythingToUndo()
     {
         addTasks({u"a"_s});
         store().setTaskDueTime(task(0).id(), Clock::now());
-        edit(0);
-        int undone = 0;
-        int redone = 0;
-        const QShortcut undo(QKeySequence::Undo, m_window.get(), [&undone] { ++undone; });
-        const QShortcut redo(Qt::CTRL | Qt::Key_Y, m_window.get(), [&redone] { ++redone; });
+        int field = 0;
         for (const char* property : {"text", "plainText", "text"}) {
-            const QWidget* field = QApplication::focusWidget();
-            const auto text = [&] { return field->property(property).toString(); };
+            edit(0);
+            for (int tabs = 0; tabs < field; ++tabs)
+                key(Qt::Key_Tab);
+            ++field;
+            const QWidget* editor = QApplication::focusWidget();
+            const auto text = [&] { return editor->property(property).toString(); };
             const QString before = text();
-            key(Qt::Key_Z, Qt::ControlModifier);
-            key(Qt::Key_Y, Qt::ControlModifier);
-            QCOMPARE(std::exchange(undone, 0) + std::exchange(redone, 0), 2);
             keys(u"7"_s);
             const QString typed = text();
+            QVERIFY(typed != before);
             key(Qt::Key_Z, Qt::ControlModifier);
             QCOMPARE(text(), before);
             key(Qt::Key_Y, Qt::ControlModifier);
             QCOMPARE(text(), typed);
-            QCOMPARE(undone + redone, 0);
-            key(Qt::Key_Tab);
+            key(Qt::Key_Z, Qt::ControlModifier);
+            QVERIFY(row(0)->isEditing());
+            QVERIFY(task(0).timeDue().isValid());
+            key(Qt::Key_Z, Qt::ControlModifier);
+            QVERIFY(!row(0)->isEditing());
+            QVERIFY(!task(0).timeDue().isValid());
+            key(Qt::Key_Y, Qt::ControlModifier);
+            QVERIFY(task(0).timeDue().isValid());
         }
     }
 
