@@ -1,7 +1,7 @@
 // The whole window's speed with many groups, with a store from a database file.
 // Usage: windowbench [--rounds N] FIGURE DATABASE   (with DISPLAY set)
-// Figures: switch, complete, move. Every group of the database must hold tasks. Prints lines of a
-// table. The database is copied, never written.
+// Figures: switch, complete, move, undo. Every group of the database must hold tasks. Prints lines
+// of a table. The database is copied, never written.
 
 #include "app/base/Clock.h"
 #include "bench/windows.h"
@@ -235,8 +235,32 @@ void moveToTrash()
     line(u"move "_s + QString::number(ids.size()) + u" to Trash"_s + label, time, 500, "ms");
 }
 
-constexpr std::array<Figure, 3> figures{
-    {{"switch", switchGroup}, {"complete", complete}, {"move", moveToTrash}}};
+/// All of a group's tasks come back from the Trash, are selected and counted.
+void undoDeletion()
+{
+    ShownWindow shown;
+    const FocusGroup::Id source = shown.entries().at(shown.customGroup())->groupId();
+    const QString label = howGrouped();
+    fill(source);
+    const QList<TodoTask::Id> ids = idsOf(source);
+    shown.panel.setCurrentGroup(source);
+    const double time = medianTime(
+        [&] {
+            shown.list.selectAll();
+            shown.list.deleteTasks();
+        },
+        [] { taskHistory().undo(); },
+        [&] {
+            return idsOf(source) == ids && shown.shows(source) && shown.countsAll() &&
+                   shown.list.rows().selectedCount() == ids.size();
+        });
+    line(u"undo the deletion of "_s + QString::number(ids.size()) + label, time, 150, "ms");
+}
+
+constexpr std::array<Figure, 4> figures{{{"switch", switchGroup},
+                                         {"complete", complete},
+                                         {"move", moveToTrash},
+                                         {"undo", undoDeletion}}};
 
 bool allHoldTasks()
 {
