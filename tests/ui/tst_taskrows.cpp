@@ -80,30 +80,6 @@ private Q_SLOTS:
         QCOMPARE(rows.selectedCount(), 1);
         QCOMPARE(rows.edited(), -1);
     }
-
-    void selectionExtendsFromWhereItsRunBegan()
-    {
-        TaskRows rows = makeRows(9);
-        const auto extended = [&rows](qsizetype to) {
-            rows.extendSelection(to);
-            QString selected;
-            for (qsizetype row = 0; row < rows.count(); ++row) {
-                if (rows.isSelected(row))
-                    selected += QString::number(row);
-            }
-            return selected;
-        };
-        rows.setSelected(7, true);
-        rows.setCurrent(3);
-        QCOMPARE(extended(5), QLatin1String("3457"));
-        QCOMPARE(extended(4), QLatin1String("347"));
-        QCOMPARE(extended(1), QLatin1String("1237"));
-        QCOMPARE(rows.current(), 1);
-        // What else is selected ends the run: the next one begins at the current row.
-        rows.setSelected(8, true);
-        QCOMPARE(extended(2), QLatin1String("12378"));
-        QCOMPARE(extended(0), QLatin1String("01378"));
-    }
 };
 
 QTEST_APPLESS_MAIN(TaskRowsTest)
