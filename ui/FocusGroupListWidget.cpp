@@ -31,6 +31,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr int manyChanges = 1000; // of tasks, in one turn of the event loop
+
 bool confirmed(QWidget* parent, const QString& text, QMessageBox::StandardButton yes,
                QMessageBox::StandardButton no)
 {
@@ -484,6 +486,12 @@ void FocusGroupListWidget::_onTaskChanged(const TodoTask::Id& id)
     const TaskSections::Change change = m_sections.update(id);
     if (change.before == change.after)
         return;
+    // Of so many at once, counting anew costs less than asking every group about each.
+    if (++m_changedAtOnce > manyChanges) {
+        _invalidateAll();
+        return;
+    }
+    _scheduleUpdate();
     for (FocusGroupWidget* entry : std::as_const(m_entries)) {
         if (!entry->isUncounted() && entry->group().contains(id))
             entry->recount(change);
@@ -522,6 +530,7 @@ void FocusGroupListWidget::_scheduleUpdate()
 void FocusGroupListWidget::_updateEntries()
 {
     m_updatePending = false;
+    m_changedAtOnce = 0;
     // The store emits nothing for the Trash when it receives tasks.
     FocusGroupWidget* trash = m_byId.value(TaskStorage::ms_trashId);
     if (trash->hasOtherSize())

@@ -116,4 +116,5 @@ private:
     DragAutoScroll* m_autoScroll;
     bool m_painted = false;
     bool m_updatePending = false;
+    int m_changedAtOnce = 0; // tasks since the last update
 };

@@ -122,6 +122,7 @@ public:
         if (!isValid())
             return;
         if (name == toggleAction()) {
+            const HistoryStep step(taskHistory(), {EAction::tick});
             TodoTask task = taskStorage().get(m_id);
             task.setCompleted(!task.completed());
         } else if (name == pressAction()) {

@@ -84,6 +84,23 @@ private Q_SLOTS:
         QCOMPARE(selected(), u"d"_s);
     }
 
+    void undoTakesBackTheDragOnceItIsOver()
+    {
+        drag(rowPoint(0), entryPoint(1), {}, [this] {
+            QTest::keyClick(m_window->windowHandle(), Qt::Key_Z, Qt::ControlModifier);
+            return true;
+        });
+        QCOMPARE(namesIn(entry(1)->groupId()), u"a"_s);
+        QCOMPARE(inbox(), u"b,c,d"_s);
+        key(Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(inbox(), u"a,b,c,d"_s);
+        QCOMPARE(selected(), u"a"_s);
+        drag(entryPoint(1), entryPoint(2));
+        QCOMPARE(groups(), u"Inbox,Work,Home,Completed,Trash"_s);
+        key(Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(groups(), u"Inbox,Home,Work,Completed,Trash"_s);
+    }
+
     void selectionGoesIntoAGroup_data()
     {
         QTest::addColumn<FocusGroup::Id>("source");
