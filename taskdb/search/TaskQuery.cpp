@@ -33,27 +33,25 @@ TaskQuery::TaskQuery(const QString& text)
     }
 }
 
-TaskQuery::ERank TaskQuery::match(const QString& name, const QString& notes) const
+TaskQuery::ERank TaskQuery::match(QStringView name, QStringView notes) const
 {
+    return matchFolded(FoldedText(name).view(), FoldedText(notes).view());
+}
+
+TaskQuery::ERank TaskQuery::matchFolded(std::u16string_view name, std::u16string_view notes) const
+{
+    bool inName = true;
+    for (const std::u16string& word : m_words) {
+        const std::size_t place = name.find(word);
+        if (place == nowhere && notes.find(word) == nowhere)
+            return NoMatch;
+        inName = inName && startsSomeWord(name, word, place);
+    }
     if (isEmpty())
         return NoMatch;
-    m_name.assign(name);
-    bool inName = true;
-    bool notesFolded = false;
-    for (const std::u16string& word : m_words) {
-        const std::size_t place = m_name.view().find(word);
-        inName = inName && startsSomeWord(m_name.view(), word, place);
-        if (place != nowhere)
-            continue;
-        if (!notesFolded)
-            m_notes.assign(notes);
-        notesFolded = true;
-        if (m_notes.view().find(word) == nowhere)
-            return NoMatch;
-    }
     if (!inName)
         return Elsewhere;
-    return _startsWithText(m_name.view()) ? StartsName : StartsWords;
+    return _startsWithText(name) ? StartsName : StartsWords;
 }
 
 /// Any number of blanks counts as one.
@@ -98,12 +96,13 @@ QList<TaskQuery::Range> TaskQuery::ranges(QStringView text) const
 
 qsizetype TaskQuery::placeInNotes(QStringView name, QStringView notes) const
 {
-    m_name.assign(name);
-    m_notes.assignWithPlaces(notes);
+    const FoldedText foldedName(name);
+    FoldedText foldedNotes;
+    foldedNotes.assignWithPlaces(notes);
     std::size_t first = nowhere;
     for (const std::u16string& word : m_words) {
-        if (m_name.view().find(word) == nowhere)
-            first = std::min(first, m_notes.view().find(word));
+        if (foldedName.view().find(word) == nowhere)
+            first = std::min(first, foldedNotes.view().find(word));
     }
-    return first == nowhere ? -1 : m_notes.placeOf(first);
+    return first == nowhere ? -1 : foldedNotes.placeOf(first);
 }

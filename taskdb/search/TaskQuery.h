@@ -9,7 +9,7 @@
 #include <string>
 
 /// The words of a text, to be found in any order, each as a part of a word, without regard to case
-/// and accents. A value for one thread at a time.
+/// and accents. A value.
 class TaskQuery
 {
 public:
@@ -34,7 +34,9 @@ public:
 
     /// Without words; matches nothing.
     [[nodiscard]] bool isEmpty() const { return m_words.isEmpty(); }
-    [[nodiscard]] ERank match(const QString& name, const QString& notes = {}) const;
+    [[nodiscard]] ERank match(QStringView name, QStringView notes = {}) const;
+    /// The same for folded texts.
+    [[nodiscard]] ERank matchFolded(std::u16string_view name, std::u16string_view notes) const;
     /// Where words stand in a text, in order, none overlapping another.
     [[nodiscard]] QList<Range> ranges(QStringView text) const;
     /// The first place in the notes of a word that the name lacks; -1 for none.
@@ -44,7 +46,4 @@ private:
     [[nodiscard]] bool _startsWithText(std::u16string_view name) const;
 
     QList<std::u16string> m_words;
-    // Scratch memory: one for each task would take more time than the search.
-    mutable FoldedText m_name;
-    mutable FoldedText m_notes;
 };

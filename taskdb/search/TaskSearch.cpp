@@ -32,10 +32,9 @@ struct Match
     auto operator<=>(const Match&) const = default;
 };
 
-qint64 dueOrLast(const TodoTask& task)
+qint64 dueOrLast(const SearchCorpus::Entry& entry)
 {
-    const qint64 due = task.rawTimes().due;
-    return due == TodoTask::noTime ? std::numeric_limits<qint64>::max() : due;
+    return entry.due == TodoTask::noTime ? std::numeric_limits<qint64>::max() : entry.due;
 }
 
 QList<TodoTask::Id> idsOf(const std::vector<Match>& matches, const SearchCorpus& corpus)
@@ -43,7 +42,7 @@ QList<TodoTask::Id> idsOf(const std::vector<Match>& matches, const SearchCorpus&
     QList<TodoTask::Id> ids;
     ids.reserve(static_cast<qsizetype>(matches.size()));
     for (const Match& match : matches)
-        ids.append(corpus.entries().at(match.place).task.id());
+        ids.append(corpus.entries().at(match.place).id);
     return ids;
 }
 
@@ -96,7 +95,7 @@ void TaskSearch::start(const QString& text)
     if (!m_thread.joinable())
         m_thread = startOptionalThread([this](const std::stop_token& stop) { _work(stop); });
     if (!m_thread.joinable()) {
-        _search(job);
+        _search(job, {});
         return;
     }
     {
@@ -114,13 +113,14 @@ void TaskSearch::_work(const std::stop_token& stop)
             return;
         const Job job = *std::exchange(m_next, std::nullopt);
         lock.unlock();
-        _search(job);
+        _search(job, stop);
     }
 }
 
-void TaskSearch::_search(const Job& job)
+void TaskSearch::_search(const Job& job, const std::stop_token& stop)
 {
-    m_corpus.follow(m_storage);
+    if (!m_corpus.follow(m_storage, stop))
+        return;
     const TaskQuery query(job.text);
     const QList<SearchCorpus::Entry>& entries = m_corpus.entries();
     std::vector<Match> matches;
@@ -133,9 +133,10 @@ void TaskSearch::_search(const Job& job)
                 _deliver(job, idsOf(bestOf(matches), m_corpus), false);
         }
         const SearchCorpus::Entry& entry = entries.at(i);
-        const TaskQuery::ERank rank = query.match(entry.task.name(), entry.task.notes());
+        const TaskQuery::ERank rank =
+            query.matchFolded(m_corpus.name(entry), m_corpus.notes(entry));
         if (rank != TaskQuery::NoMatch)
-            matches.push_back({entry.state, rank, dueOrLast(entry.task), i});
+            matches.push_back({entry.state, rank, dueOrLast(entry), i});
     }
     std::sort(matches.begin(), matches.end());
     _deliver(job, idsOf(matches, m_corpus), true);

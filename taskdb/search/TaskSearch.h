@@ -42,7 +42,7 @@ private:
     };
 
     void _work(const std::stop_token& stop);
-    void _search(const Job& job);
+    void _search(const Job& job, const std::stop_token& stop);
     void _deliver(const Job& job, const QList<TodoTask::Id>& ids, bool complete);
 
     const TaskStorage& m_storage;

@@ -58,7 +58,7 @@ FindPanel::FindPanel(EMode mode, const std::function<QList<Command>()>& commands
     connect(m_search, &TaskSearch::found, this, &FindPanel::_onFound);
     connect(m_storeTimer, &QTimer::timeout, this, &FindPanel::_onStoreChanged);
     m_storeTimer->start(storeIntervalMs);
-    connect(new DayWatch(this), &DayWatch::dayChanged, this, &FindPanel::_showAnew);
+    connect(new DayWatch(this), &DayWatch::dayChanged, m_list, &ResultList::forgetTasks);
     FindPanel::retranslateUI();
     show();
     raise();
@@ -278,7 +278,9 @@ void FindPanel::_onStoreChanged()
     if (modification == std::exchange(m_modification, modification))
         return;
     m_commands = m_listCommands();
-    _showAnew();
+    m_list->forgetTasks();
+    if (m_hasResults)
+        _showResults(true);
     if (m_mode == Commands || m_query.isEmpty())
         return;
     m_isComplete = false;
@@ -309,13 +311,6 @@ void FindPanel::_showResults(bool sameText)
     m_list->setEmptyText(m_isComplete ? tr("Nothing found") : QString());
     m_list->setResults(_matchingCommands(), m_tasks, m_query, sameText);
     _place();
-}
-
-/// Unless those of a new text are about to come.
-void FindPanel::_showAnew()
-{
-    if (m_hasResults)
-        _showResults(true);
 }
 
 bool FindPanel::_takeKey(const QKeyEvent& event)

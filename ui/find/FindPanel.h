@@ -66,7 +66,6 @@ private:
     void _onStoreChanged();
     [[nodiscard]] QList<Command> _matchingCommands() const;
     void _showResults(bool sameText);
-    void _showAnew();
 
     bool _takeKey(const QKeyEvent& event);
     [[nodiscard]] bool _mustWait(QKeyCombination key) const;

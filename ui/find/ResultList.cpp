@@ -43,13 +43,14 @@ void ResultList::setResults(const QList<Command>& commands, const QList<TodoTask
     m_commands = commands;
     m_tasks = tasks;
     m_query = query;
-    m_read.clear();
+    if (!sameText)
+        m_read.clear();
     m_pressed = -1;
     m_current = -1;
     if (current)
         m_current = _placeOf(wanted);
-    else if (const qsizetype place = m_tasks.indexOf(wantedTask); place >= 0)
-        m_current = static_cast<int>(m_commands.size() + place);
+    else if (!wantedTask.isNull() && m_tasks.contains(wantedTask))
+        m_current = static_cast<int>(m_commands.size() + m_tasks.indexOf(wantedTask));
     if (m_current < 0) {
         m_isChosen = false;
         m_current = count() > 0 ? 0 : -1;
@@ -68,6 +69,12 @@ int ResultList::_placeOf(const Command& wanted) const
             return one.group == wanted.group && (!one.group.isNull() || one.text == wanted.text);
         });
     return found == m_commands.cend() ? -1 : static_cast<int>(found - m_commands.cbegin());
+}
+
+void ResultList::forgetTasks()
+{
+    m_read.clear();
+    viewport()->update();
 }
 
 void ResultList::setEmptyText(const QString& text)
@@ -103,9 +110,10 @@ QString ResultList::spokenRow(int row) const
 
 const FoundTask& ResultList::_task(int row) const
 {
-    if (!m_read.contains(row))
-        m_read.insert(row, new FoundTask(foundTask(taskId(row), m_query)));
-    return *m_read.object(row);
+    const TodoTask::Id id = taskId(row);
+    if (!m_read.contains(id))
+        m_read.insert(id, new FoundTask(foundTask(id, m_query)));
+    return *m_read.object(id);
 }
 
 void ResultList::setCurrentRow(int row)

@@ -24,6 +24,8 @@ public:
     /// its command or task, if that is still there.
     void setResults(const QList<Command>& commands, const QList<TodoTask::Id>& tasks,
                     const TaskQuery& query, bool sameText);
+    /// The store has changed: tasks are read anew.
+    void forgetTasks();
     /// Stands in the place of the rows where there are none; not if empty.
     void setEmptyText(const QString& text);
 
@@ -74,7 +76,7 @@ private:
     TaskQuery m_query;
     QString m_emptyText;
     ResultPainter m_painter;
-    mutable QCache<int, FoundTask> m_read; // of tasks, by row
+    mutable QCache<TodoTask::Id, FoundTask> m_read;
     int m_current = -1;
     bool m_isChosen = false;
     int m_pressed = -1;

@@ -45,9 +45,8 @@ public:
         QTextOption option;
         option.setWrapMode(QTextOption::WrapAnywhere);
         // Which way the text runs is for its script to say, as in editors.
-        const bool leftwards = text.isRightToLeft();
-        option.setTextDirection(leftwards ? Qt::RightToLeft : Qt::LeftToRight);
-        option.setAlignment(Qt::AlignAbsolute | (leftwards ? Qt::AlignRight : Qt::AlignLeft));
+        option.setTextDirection(text.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
+        option.setAlignment(Qt::AlignAbsolute | Qt::AlignLeft);
         m_layout.setTextOption(option);
         m_layout.setText(text);
     }
