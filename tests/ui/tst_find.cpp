@@ -5,6 +5,7 @@
 #include "ui/find/ResultList.h"
 
 #include <QAccessible>
+#include <QContextMenuEvent>
 #include <QLineEdit>
 #include <QLocale>
 #include <QScrollBar>
@@ -172,6 +173,36 @@ private Q_SLOTS:
         QCOMPARE(all->childAt(current->rect().center().x(), current->rect().center().y()), current);
     }
 
+    /// Notes are shown where the name has not all of the words, from near the first of these on.
+    void quotesNotes_data()
+    {
+        QTest::addColumn<QString>("notes");
+        QTest::addColumn<QString>("quoted");
+        const QString far = u"far "_s.repeated(30'000);
+        QTest::newRow("in the name as well") << u"a key"_s << u""_s;
+        QTest::newRow("near") << u" a line,\nthen böth "_s << u"a line, then böth"_s;
+        QTest::newRow("far") << u"some notes, rather long, and both\n"_s
+                             << u"…rather long, and both"_s;
+        QTest::newRow("further") << far.left(400) + u"both"_s
+                                 << u'…' + u"far "_s.repeated(5) + u"both"_s;
+        QTest::newRow("beyond what is shown") << far + u"both"_s << u""_s;
+        QTest::newRow("without blanks")
+            << u"😀"_s.repeated(30) + u"both"_s << u'…' + u"😀"_s.repeated(12) + u"both"_s;
+    }
+    void quotesNotes()
+    {
+        QFETCH(const QString, notes);
+        QFETCH(const QString, quoted);
+        addTasks({u"the key"_s});
+        TodoTask only = task(0);
+        only.setNotes(notes);
+        open();
+        keys(notes != u"a key"_s ? u"both key"_s : u"key"_s);
+        QTRY_COMPARE(results().count(), 1);
+        auto* row = QAccessible::queryAccessibleInterface(&results())->child(0);
+        QCOMPARE(row->text(QAccessible::Description), quoted);
+    }
+
     /// A click goes on to what was clicked; the focus stays where it has gone.
     void closesByLeaving()
     {
@@ -190,6 +221,12 @@ private Q_SLOTS:
         QTRY_VERIFY(!m_panel);
         QCOMPARE(QApplication::focusWidget(), &panel());
         open();
+        QContextMenuEvent menu(QContextMenuEvent::Keyboard, {3, 3}, {3, 3});
+        QApplication::sendEvent(&field(), &menu);
+        QTRY_VERIFY(QApplication::activePopupWidget());
+        QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Escape);
+        QTRY_VERIFY(!QApplication::activePopupWidget());
+        QVERIFY(m_panel->isVisible());
         m_window->hide();
         QTRY_VERIFY(!m_panel);
     }

@@ -245,6 +245,11 @@ void FindPanel::paintEvent(QPaintEvent* /*event*/)
 /// Results of the former text stay until there are new ones, so that nothing flickers.
 void FindPanel::_onTextChanged()
 {
+    if (m_list->isChosen()) {
+        // Screen readers went to the rows, and follow the typing again.
+        QAccessibleEvent event(m_field, QAccessible::Focus);
+        QAccessible::updateAccessibility(&event);
+    }
     m_query = TaskQuery(m_field->text());
     m_waiting.clear();
     const bool wantsTasks = m_mode == Everything && !m_query.isEmpty();

@@ -34,7 +34,9 @@ public:
 
     QString text(QAccessible::Text kind) const override
     {
-        return kind == QAccessible::Name && isValid() ? m_list->spokenRow(m_row) : QString();
+        if (!isValid() || (kind != QAccessible::Name && kind != QAccessible::Description))
+            return {};
+        return kind == QAccessible::Name ? m_list->spokenRow(m_row) : m_list->shownNotes(m_row);
     }
     void setText(QAccessible::Text /*kind*/, const QString& /*text*/) override {}
 

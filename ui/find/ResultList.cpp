@@ -108,6 +108,11 @@ QString ResultList::spokenRow(int row) const
     return one->keys.isEmpty() ? one->text : QString(one->text + u", "_s + one->keys);
 }
 
+QString ResultList::shownNotes(int row) const
+{
+    return command(row) ? QString() : _task(row).notes;
+}
+
 const FoundTask& ResultList::_task(int row) const
 {
     const TodoTask::Id id = taskId(row);

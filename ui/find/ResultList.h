@@ -40,6 +40,8 @@ public:
     [[nodiscard]] TodoTask::Id taskId(int row) const;
     /// What screen readers say about a row.
     [[nodiscard]] QString spokenRow(int row) const;
+    /// The piece of the notes that a row shows; empty for none.
+    [[nodiscard]] QString shownNotes(int row) const;
 
     /// Makes a row current, the nearest there is, and shows it.
     void setCurrentRow(int row);
