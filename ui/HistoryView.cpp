@@ -8,8 +8,7 @@
 #include "ui/FocusGroupListWidget.h"
 #include "ui/TaskListWidget.h"
 #include "ui/UndoNote.h"
-
-#include <QLocale>
+#include "ui/controls/DateWidget.h"
 
 #include <array>
 
@@ -65,7 +64,7 @@ QString toldOf(const HistoryAction& action)
 
 QString dateOf(const BackupContent& content)
 {
-    return QLocale().toString(content.version.date.date(), QLocale::LongFormat);
+    return content.version.date.date().toString(DateWidget::fixedDateFormat());
 }
 
 } // namespace

@@ -199,7 +199,7 @@ private Q_SLOTS:
             QCOMPARE(groups(), u"Inbox,Home,Completed,Trash"_s);
             QCOMPARE(inbox(), u"a,b,c"_s);
         } else {
-            QCOMPARE(current(), u"Backup of Thursday, 1 October 2026"_s);
+            QCOMPARE(current(), u"Backup of 01.10.2026"_s);
             QCOMPARE(selected(), u"a"_s);
         }
         QVERIFY(note());

@@ -50,7 +50,7 @@ void ResultList::setResults(const QList<Command>& commands, const QList<TodoTask
     if (current)
         m_current = _placeOf(wanted);
     else if (!wantedTask.isNull() && m_tasks.contains(wantedTask))
-        m_current = static_cast<int>(m_commands.size() + m_tasks.indexOf(wantedTask));
+        m_current = static_cast<int>(m_tasks.indexOf(wantedTask));
     if (m_current < 0) {
         m_isChosen = false;
         m_current = count() > 0 ? 0 : -1;
@@ -68,7 +68,9 @@ int ResultList::_placeOf(const Command& wanted) const
         std::find_if(m_commands.cbegin(), m_commands.cend(), [&wanted](const Command& one) {
             return one.group == wanted.group && (!one.group.isNull() || one.text == wanted.text);
         });
-    return found == m_commands.cend() ? -1 : static_cast<int>(found - m_commands.cbegin());
+    return found == m_commands.cend()
+               ? -1
+               : static_cast<int>(m_tasks.size() + (found - m_commands.cbegin()));
 }
 
 void ResultList::forgetTasks()
@@ -92,12 +94,13 @@ int ResultList::count() const
 
 const Command* ResultList::command(int row) const
 {
-    return row >= 0 && row < m_commands.size() ? &m_commands.at(row) : nullptr;
+    const qsizetype place = row - m_tasks.size();
+    return place >= 0 && place < m_commands.size() ? &m_commands.at(place) : nullptr;
 }
 
 TodoTask::Id ResultList::taskId(int row) const
 {
-    return row < m_commands.size() ? TodoTask::Id() : m_tasks.value(row - m_commands.size());
+    return m_tasks.value(row);
 }
 
 QString ResultList::spokenRow(int row) const
@@ -151,17 +154,17 @@ int ResultList::contentHeight() const
 
 int ResultList::_topOf(int row) const
 {
-    const int commands = qMin(row, static_cast<int>(m_commands.size()));
-    return commands * m_painter.commandHeight() + (row - commands) * m_painter.taskHeight();
+    const int tasks = qMin(row, static_cast<int>(m_tasks.size()));
+    return tasks * m_painter.taskHeight() + (row - tasks) * m_painter.commandHeight();
 }
 
 /// The last row that begins at or above a height in the contents.
 int ResultList::_rowOf(int y) const
 {
-    const int tasksTop = _topOf(static_cast<int>(m_commands.size()));
-    return y < tasksTop
-               ? y / m_painter.commandHeight()
-               : static_cast<int>(m_commands.size()) + (y - tasksTop) / m_painter.taskHeight();
+    const int tasks = static_cast<int>(m_tasks.size());
+    const int commandsTop = _topOf(tasks);
+    return y < commandsTop ? y / m_painter.taskHeight()
+                           : tasks + (y - commandsTop) / m_painter.commandHeight();
 }
 
 QRect ResultList::rowRect(int row) const

@@ -9,7 +9,7 @@
 #include <QAbstractScrollArea>
 #include <QCache>
 
-/// Commands, then tasks. Each kind has one height, so that any number of rows is laid out by
+/// Tasks, then commands. Each kind has one height, so that any number of rows is laid out by
 /// arithmetic, and a task is read when its row is painted or spoken. Takes no focus: whoever has it
 /// moves the current row. Rows are numbered from the top.
 class ResultList : public QAbstractScrollArea
