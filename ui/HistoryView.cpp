@@ -43,18 +43,17 @@ QString nameOf(EAction kind)
 /// What to tell of a step when it is done; empty for those that can be seen to be done.
 QString toldOf(const HistoryAction& action)
 {
-    const int count = static_cast<int>(action.count);
     switch (action.kind) {
     case EAction::deleteTasks:
-        return HistoryView::tr("Tasks deleted: %n", nullptr, count);
+        return HistoryView::tr("Tasks deleted: %1").arg(action.count);
     case EAction::cleanUp:
-        return HistoryView::tr("Tasks cleaned up: %n", nullptr, count);
+        return HistoryView::tr("Tasks cleaned up: %1").arg(action.count);
     case EAction::removeGroup:
         return HistoryView::tr("Group removed: %1").arg(action.name);
     case EAction::emptyTrash:
-        return HistoryView::tr("Tasks gone from the Trash: %n", nullptr, count);
+        return HistoryView::tr("Tasks gone from the Trash: %1").arg(action.count);
     case EAction::bringBack:
-        return HistoryView::tr("Tasks brought back: %n", nullptr, count);
+        return HistoryView::tr("Tasks brought back: %1").arg(action.count);
     case EAction::returnToBackup:
         return HistoryView::tr("Back to the version of %1").arg(action.name);
     default:

@@ -68,6 +68,85 @@
     </message>
 </context>
 <context>
+    <name>BackupsDialog</name>
+    <message>
+        <source>Backups</source>
+        <translation>Резервные копии</translation>
+    </message>
+    <message>
+        <source>&lt;strong&gt;Choose the version you want to go back to&lt;/strong&gt;</source>
+        <translation>&lt;strong&gt;Выберите версию, к которой хотите вернуться&lt;/strong&gt;</translation>
+    </message>
+    <message>
+        <source>Earlier versions</source>
+        <translation>Прежние версии</translation>
+    </message>
+    <message>
+        <source>Date</source>
+        <translation>Дата</translation>
+    </message>
+    <message>
+        <source>Tasks</source>
+        <translation>Задачи</translation>
+    </message>
+    <message>
+        <source>Groups</source>
+        <translation>Группы</translation>
+    </message>
+    <message>
+        <source>Missing now</source>
+        <translation>Сейчас нет</translation>
+    </message>
+    <message>
+        <source>Tasks of that version which no group has any more</source>
+        <translation>Задачи той версии, которых больше нет ни в одной группе</translation>
+    </message>
+    <message>
+        <source>Bring missing tasks back</source>
+        <translation>Вернуть недостающие задачи</translation>
+    </message>
+    <message>
+        <source>Puts them into a new group</source>
+        <translation>Поместить их в новую группу</translation>
+    </message>
+    <message>
+        <source>Return to this version</source>
+        <translation>Вернуться к этой версии</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Закрыть</translation>
+    </message>
+    <message>
+        <source>The file cannot be read: %1</source>
+        <translation>Файл не читается: %1</translation>
+    </message>
+    <message>
+        <source>Written by a newer version of the program</source>
+        <translation>Записано более новой версией программы</translation>
+    </message>
+    <message>
+        <source>The file is damaged</source>
+        <translation>Файл повреждён</translation>
+    </message>
+    <message>
+        <source>Last version, %1</source>
+        <translation>Предыдущая версия, %1</translation>
+    </message>
+    <message>
+        <source>Reading…</source>
+        <translation>Чтение…</translation>
+    </message>
+    <message>
+        <source>There are no backups yet.</source>
+        <translation>Резервных копий пока нет.</translation>
+    </message>
+    <message>
+        <source>This version cannot be gone back to any more.</source>
+        <translation>К этой версии больше нельзя вернуться.</translation>
+    </message>
+</context>
+<context>
     <name>CTagsEdit</name>
     <message>
         <source>Tags</source>
@@ -257,6 +336,25 @@
     </message>
 </context>
 <context>
+    <name>FindPanel</name>
+    <message>
+        <source>Find commands</source>
+        <translation>Найти команду</translation>
+    </message>
+    <message>
+        <source>Find tasks, groups and commands</source>
+        <translation>Найти задачу, группу или команду</translation>
+    </message>
+    <message>
+        <source>Results</source>
+        <translation>Результаты</translation>
+    </message>
+    <message>
+        <source>Nothing found</source>
+        <translation>Ничего не найдено</translation>
+    </message>
+</context>
+<context>
     <name>FocusGroup</name>
     <message>
         <source>Inbox</source>
@@ -326,6 +424,21 @@
     </message>
 </context>
 <context>
+    <name>FoundTask</name>
+    <message>
+        <source>in %1</source>
+        <translation>в группе: %1</translation>
+    </message>
+    <message>
+        <source>due %1</source>
+        <translation>срок: %1</translation>
+    </message>
+    <message>
+        <source>completed</source>
+        <translation>выполнена</translation>
+    </message>
+</context>
+<context>
     <name>GroupHintWidget</name>
     <message>
         <source>&lt;html&gt;&lt;head&gt;&lt;style&gt;a { color: #1b75bb; text-decoration: none; } &lt;/style&gt;&lt;/head&gt;&lt;body&gt;This is Inbox, a default group to hold all new incoming tasks.&lt;br&gt;Looks like it&apos;s empty right now. Lets have some fun, &lt;a href=inboxheadstart&gt;click here&lt;/a&gt; to fill it up with some predefined tasks.&lt;br&gt;&lt;br&gt;Use &quot;Add group&quot; from the context menu on the group panel to add another group.&lt;/body&gt;&lt;/html&gt;</source>
@@ -342,6 +455,133 @@
     <message>
         <source>This is your custom group.&lt;br&gt;&lt;br&gt;Add more groups to focus on similar tasks</source>
         <translation>Это ваша собственная группа.&lt;br&gt;&lt;br&gt;Добавляйте группы, чтобы держать похожие задачи вместе</translation>
+    </message>
+</context>
+<context>
+    <name>HistoryView</name>
+    <message>
+        <source>change</source>
+        <translation>изменение</translation>
+    </message>
+    <message>
+        <source>new task</source>
+        <translation>новая задача</translation>
+    </message>
+    <message>
+        <source>edit of a task</source>
+        <translation>правка задачи</translation>
+    </message>
+    <message>
+        <source>tick</source>
+        <translation>отметка о выполнении</translation>
+    </message>
+    <message>
+        <source>move of tasks</source>
+        <translation>перемещение задач</translation>
+    </message>
+    <message>
+        <source>tasks added to a group</source>
+        <translation>добавление задач в группу</translation>
+    </message>
+    <message>
+        <source>new order of tasks</source>
+        <translation>новый порядок задач</translation>
+    </message>
+    <message>
+        <source>deletion of tasks</source>
+        <translation>удаление задач</translation>
+    </message>
+    <message>
+        <source>cleanup</source>
+        <translation>уборка</translation>
+    </message>
+    <message>
+        <source>starter tasks</source>
+        <translation>первые задачи</translation>
+    </message>
+    <message>
+        <source>pasted tasks</source>
+        <translation>вставка задач</translation>
+    </message>
+    <message>
+        <source>new group</source>
+        <translation>новая группа</translation>
+    </message>
+    <message>
+        <source>edit of a group</source>
+        <translation>правка группы</translation>
+    </message>
+    <message>
+        <source>new order of groups</source>
+        <translation>новый порядок групп</translation>
+    </message>
+    <message>
+        <source>removal of a group</source>
+        <translation>удаление группы</translation>
+    </message>
+    <message>
+        <source>emptying of the Trash</source>
+        <translation>очистка корзины</translation>
+    </message>
+    <message>
+        <source>tasks brought back</source>
+        <translation>возврат задач</translation>
+    </message>
+    <message>
+        <source>return to a backup</source>
+        <translation>возврат к резервной копии</translation>
+    </message>
+    <message>
+        <source>Tasks deleted: %1</source>
+        <translation>Удалено задач: %1</translation>
+    </message>
+    <message>
+        <source>Tasks cleaned up: %1</source>
+        <translation>Убрано задач: %1</translation>
+    </message>
+    <message>
+        <source>Group removed: %1</source>
+        <translation>Группа удалена: %1</translation>
+    </message>
+    <message>
+        <source>Tasks gone from the Trash: %1</source>
+        <translation>Удалено из корзины: %1</translation>
+    </message>
+    <message>
+        <source>Tasks brought back: %1</source>
+        <translation>Возвращено задач: %1</translation>
+    </message>
+    <message>
+        <source>Back to the version of %1</source>
+        <translation>Восстановлена версия от %1</translation>
+    </message>
+    <message>
+        <source>Undo: %1</source>
+        <translation>Отменить: %1</translation>
+    </message>
+    <message>
+        <source>Undo</source>
+        <translation>Отменить</translation>
+    </message>
+    <message>
+        <source>Redo: %1</source>
+        <translation>Повторить: %1</translation>
+    </message>
+    <message>
+        <source>Redo</source>
+        <translation>Повторить</translation>
+    </message>
+    <message>
+        <source>Backup of %1</source>
+        <translation>Копия от %1</translation>
+    </message>
+    <message>
+        <source>Undone: %1</source>
+        <translation>Отменено: %1</translation>
+    </message>
+    <message>
+        <source>Redone: %1</source>
+        <translation>Повторено: %1</translation>
     </message>
 </context>
 <context>
@@ -586,6 +826,112 @@ Quit: %2</source>
     <message>
         <source>%1 %2 is available! Check out the About section for a download link.</source>
         <translation>Вышла новая версия: %1 %2! Ссылка для скачивания — в окне «О программе».</translation>
+    </message>
+</context>
+<context>
+    <name>UndoNote</name>
+    <message>
+        <source>Undo</source>
+        <translation>Отменить</translation>
+    </message>
+    <message>
+        <source>Redo</source>
+        <translation>Повторить</translation>
+    </message>
+</context>
+<context>
+    <name>WindowCommands</name>
+    <message>
+        <source>New task</source>
+        <translation>Новая задача</translation>
+    </message>
+    <message>
+        <source>Edit task</source>
+        <translation>Изменить задачу</translation>
+    </message>
+    <message>
+        <source>Tick or untick</source>
+        <translation>Отметить или снять отметку</translation>
+    </message>
+    <message>
+        <source>Delete tasks</source>
+        <translation>Удалить задачи</translation>
+    </message>
+    <message>
+        <source>Clean up</source>
+        <translation>Прибрать</translation>
+    </message>
+    <message>
+        <source>Select all tasks</source>
+        <translation>Выбрать все задачи</translation>
+    </message>
+    <message>
+        <source>Copy tasks</source>
+        <translation>Копировать задачи</translation>
+    </message>
+    <message>
+        <source>Paste lines as tasks</source>
+        <translation>Вставить строки как задачи</translation>
+    </message>
+    <message>
+        <source>Add group</source>
+        <translation>Добавить группу</translation>
+    </message>
+    <message>
+        <source>Edit group</source>
+        <translation>Изменить группу</translation>
+    </message>
+    <message>
+        <source>Remove group</source>
+        <translation>Удалить группу</translation>
+    </message>
+    <message>
+        <source>Menu of the group</source>
+        <translation>Меню группы</translation>
+    </message>
+    <message>
+        <source>Previous group</source>
+        <translation>Предыдущая группа</translation>
+    </message>
+    <message>
+        <source>Next group</source>
+        <translation>Следующая группа</translation>
+    </message>
+    <message>
+        <source>Find</source>
+        <translation>Найти</translation>
+    </message>
+    <message>
+        <source>Commands and their keys</source>
+        <translation>Команды и их клавиши</translation>
+    </message>
+    <message>
+        <source>Switch between normal and compact view</source>
+        <translation>Обычный или компактный вид</translation>
+    </message>
+    <message>
+        <source>Export…</source>
+        <translation>Экспорт…</translation>
+    </message>
+    <message>
+        <source>Backups…</source>
+        <translation>Резервные копии…</translation>
+    </message>
+    <message>
+        <source>Preferences…</source>
+        <translation>Настройки…</translation>
+    </message>
+    <message>
+        <source>About</source>
+        <translation>О программе</translation>
+    </message>
+    <message>
+        <source>Hide the window</source>
+        <translation>Скрыть окно</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>Выйти</translation>
     </message>
 </context>
 </TS>
