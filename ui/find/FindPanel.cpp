@@ -5,6 +5,7 @@
 #include "taskdb/search/TaskSearch.h"
 #include "ui/controls/FancyLineEdit.h"
 #include "ui/controls/StyleHelper.h"
+#include "ui/controls/UndoKeys.h"
 #include "ui/find/ResultList.h"
 
 #include <QAccessible>
@@ -75,6 +76,7 @@ void FindPanel::_createWidgets()
     m_field = new FancyLineEdit(this);
     m_field->setFrame(false);
     m_field->setMaxLength(longestText);
+    passUnusedUndo(m_field);
     m_list = new ResultList(this);
     connect(m_field, &QLineEdit::textChanged, this, &FindPanel::_onTextChanged);
     connect(m_list, &ResultList::clicked, this, [this](int row) { _choose(row, false); });
