@@ -227,7 +227,8 @@ QList<Command> WindowCommands::all()
 
 void WindowCommands::_find(FindPanel::EMode mode)
 {
-    if (m_panel) {
+    // One that has closed may still wait for its end.
+    if (m_panel && !m_panel->isHidden()) {
         m_panel->setMode(mode);
         return;
     }

@@ -77,7 +77,7 @@ private:
         const FocusGroup::Id group = _group();
         const QList<std::function<void()>> changes = {
             [&] {
-                for (int i = _below(30); i >= 0; --i)
+                for (int i = _below(9); i >= 0; --i)
                     m_tasks += m_store.createTask(group);
             },
             [&] { m_store.renameTask(_task(), text); },
