@@ -1,6 +1,7 @@
 // The panel that finds tasks, groups and commands, over the window's list.
 
 #include "tests/ui/WindowTest.h"
+#include "ui/Toolbar.h"
 #include "ui/find/FindPanel.h"
 #include "ui/find/ResultList.h"
 
@@ -110,8 +111,13 @@ private Q_SLOTS:
         QTest::keyClicks(&field(), u"zzz"_s);
         QTRY_COMPARE(results().count(), 0);
         for (const Qt::Key unused : {Qt::Key_Return, Qt::Key_Delete, Qt::Key_Tab, Qt::Key_Backtab,
-                                     Qt::Key_F5, Qt::Key_Down, Qt::Key_Insert})
+                                     Qt::Key_Down, Qt::Key_Insert})
             QTest::keyClick(&field(), unused);
+        for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+            QKeyEvent unused(type, Qt::Key_F5, {});
+            QApplication::sendEvent(&field(), &unused);
+            QVERIFY(unused.isAccepted());
+        }
         QVERIFY(field().hasFocus() && m_window->isVisible());
         QCOMPARE(list().rows().edited(), -1);
         QCOMPARE(selected(), u"beta"_s);
@@ -140,10 +146,11 @@ private Q_SLOTS:
         store().renameTask(store().createTask(TaskStorage::ms_inboxId), u"key"_s);
         const FocusGroup::Id group = store().createGroup(u"Home"_s, {});
         TodoTask changed = task(1);
+        store().addTask(TaskStorage::ms_trashId, changed.id());
         store().addTask(group, changed.id());
         changed.setTimeDue(QDate(2026, 12, 3).startOfDay());
         const QString day = QLocale().toString(QDate(2026, 12, 3), QLocale::LongFormat);
-        const QString line = u"key 2, in Inbox, Home, due "_s + day;
+        const QString line = u"key 2, in Inbox, Home, Trash, due "_s + day;
         QTRY_COMPARE(rows(), line + u"|key 1, in Inbox|key, in Inbox"_s);
         QCOMPARE(results().currentRow(), 0);
         changed.setCompleted(true);
@@ -171,6 +178,13 @@ private Q_SLOTS:
         QVERIFY(current->state().focused && !current->state().offscreen);
         QVERIFY(all->child(0)->state().offscreen && !all->child(0)->state().focused);
         QCOMPARE(all->childAt(current->rect().center().x(), current->rect().center().y()), current);
+
+        const TodoTask::Id chosen = results().taskId(row);
+        const int scroll = results().verticalScrollBar()->value();
+        addTasks({u"0, added"_s});
+        QTRY_COMPARE(results().count(), row + 3);
+        QCOMPARE(results().taskId(results().currentRow()), chosen);
+        QCOMPARE(results().verticalScrollBar()->value(), scroll);
     }
 
     /// Notes are shown where the name has not all of the words, from near the first of these on.
@@ -216,6 +230,10 @@ private Q_SLOTS:
         QTest::mouseClick(entry(1), Qt::LeftButton);
         QTRY_VERIFY(!m_panel);
         QCOMPARE(panel().currentIndex(), 1);
+        open();
+        QTest::mouseClick(m_window->findChild<Toolbar*>(), Qt::LeftButton, {}, {2, 2});
+        QTRY_VERIFY(!m_panel);
+        QVERIFY(listHasFocus());
         open();
         panel().setFocus();
         QTRY_VERIFY(!m_panel);
