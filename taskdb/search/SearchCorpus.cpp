@@ -3,6 +3,8 @@
 #include "taskdb/TaskStorage.h"
 #include "taskdb/TaskStorageSnapsot.h"
 
+#include <QHash>
+
 #include <algorithm>
 #include <utility>
 

@@ -17,8 +17,6 @@
 #include <algorithm>
 #include <utility>
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 constexpr int outerMargin = 8;

@@ -8,6 +8,7 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -207,7 +208,7 @@ void ResultList::paintEvent(QPaintEvent* event)
             painter.drawRoundedRect(area, cornerRadius, cornerRadius);
         }
         if (const Command* one = command(row))
-            m_painter.paintCommand(painter, area, *one, m_query.ranges(one->text));
+            m_painter.paintCommand(painter, area, *one, m_query);
         else
             m_painter.paintTask(painter, area, _task(row));
     }

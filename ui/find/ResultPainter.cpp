@@ -12,8 +12,6 @@
 
 #include <algorithm>
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 constexpr int sideMargin = 8;
@@ -51,22 +49,20 @@ public:
         m_layout.setText(text);
     }
 
-    /// Into the area's middle; returns the width that it took.
-    int draw(QPainter& painter, const QRect& area)
+    /// Into the area's middle.
+    void draw(QPainter& painter, const QRect& area)
     {
         const qsizetype size = m_layout.text().size();
         if (_fitting(area.width()) < size) {
             const int ellipsis = QFontMetrics(m_layout.font()).horizontalAdvance(u'…') + 1;
             const qsizetype cut = _fitting(qMax(0, area.width() - ellipsis));
             m_layout.setText(m_layout.text().left(cut) + u'…');
-            // Setting a text drops the formats.
-            m_layout.setFormats(m_formats);
+            m_layout.setFormats(_formatsUpTo(static_cast<int>(cut)));
             _fitting(qMax(area.width(), 2 * ellipsis));
         }
         const QTextLine line = m_layout.lineAt(0);
         m_layout.draw(&painter,
                       QPointF(area.left(), area.top() + (area.height() - line.height()) / 2));
-        return qCeil(line.naturalTextWidth());
     }
 
 private:
@@ -78,6 +74,16 @@ private:
         line.setLineWidth(width);
         m_layout.endLayout();
         return line.isValid() ? line.textLength() : 0;
+    }
+
+    /// Without the ellipsis, which was measured in the plain font.
+    [[nodiscard]] QList<QTextLayout::FormatRange> _formatsUpTo(int cut) const
+    {
+        QList<QTextLayout::FormatRange> formats = m_formats;
+        formats.removeIf([cut](const auto& format) { return format.start >= cut; });
+        for (QTextLayout::FormatRange& format : formats)
+            format.length = std::min(format.length, cut - format.start);
+        return formats;
     }
 
     QTextLayout m_layout;
@@ -101,7 +107,7 @@ ResultPainter::ResultPainter(const QFont& font)
 }
 
 void ResultPainter::paintCommand(QPainter& painter, const QRect& area, const Command& command,
-                                 const QList<TaskQuery::Range>& matches) const
+                                 const TaskQuery& query) const
 {
     QRect line = area.adjusted(sideMargin, 0, -sideMargin, 0);
     const QRect icon(line.left(), line.center().y() - iconSize / 2 + 1, iconSize, iconSize);
@@ -116,7 +122,8 @@ void ResultPainter::paintCommand(QPainter& painter, const QRect& area, const Com
     line.setRight(line.right() - (keysWidth > 0 ? keysWidth + gap : 0));
 
     painter.setPen(command.enabled ? QColor(Qt::black) : QColor(Qt::gray));
-    MarkedLine(fancy::onOneLine(command.text), matches, m_font).draw(painter, line);
+    const QString text = fancy::onOneLine(command.text);
+    MarkedLine(text, query.ranges(text), m_font).draw(painter, line);
 }
 
 void ResultPainter::paintTask(QPainter& painter, const QRect& area, const FoundTask& task) const

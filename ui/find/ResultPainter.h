@@ -22,7 +22,7 @@ public:
 
     /// On one line: the icon, the text with what matched in bold, the keys at the right end.
     void paintCommand(QPainter& painter, const QRect& area, const Command& command,
-                      const QList<TaskQuery::Range>& matches) const;
+                      const TaskQuery& query) const;
     /// On two lines: the name and the date; the groups and the piece of the notes.
     void paintTask(QPainter& painter, const QRect& area, const FoundTask& task) const;
 
