@@ -426,6 +426,7 @@ void TaskStorage::moveTasks(const FocusGroup::Id& fromGroupId, const FocusGroup:
     if (isArchive(toGroupId)) {
         for (const TodoTask::Id& id : std::as_const(known)) {
             _removeFromAllGroups(id);
+            _noteGroup(toGroupId);
             if (FocusGroup* target = _findGroup(toGroupId))
                 target->_add(id);
         }

@@ -9,6 +9,9 @@
 #include "ui/TaskListWidget.h"
 #include "ui/UndoNote.h"
 #include "ui/controls/DateWidget.h"
+#include "ui/controls/OneLine.h"
+
+#include <QLocale>
 
 #include <array>
 
@@ -49,7 +52,7 @@ QString toldOf(const HistoryAction& action)
     case EAction::cleanUp:
         return HistoryView::tr("Tasks cleaned up: %1").arg(action.count);
     case EAction::removeGroup:
-        return HistoryView::tr("Group removed: %1").arg(action.name);
+        return HistoryView::tr("Group removed: %1").arg(fancy::onOneLine(action.name));
     case EAction::emptyTrash:
         return HistoryView::tr("Tasks gone from the Trash: %1").arg(action.count);
     case EAction::bringBack:
@@ -63,7 +66,11 @@ QString toldOf(const HistoryAction& action)
 
 QString dateOf(const BackupContent& content)
 {
-    return content.version.date.date().toString(DateWidget::fixedDateFormat());
+    const QDateTime& date = content.version.date;
+    const QString day = date.date().toString(DateWidget::fixedDateFormat());
+    return content.version.hasTime
+               ? QString(day + u' ' + QLocale().toString(date.time(), QLocale::ShortFormat))
+               : day;
 }
 
 } // namespace
@@ -73,6 +80,8 @@ HistoryView::HistoryView(TaskListWidget* list, FocusGroupListWidget* groups, QOb
     , m_list(list)
     , m_groups(groups)
 {
+    // Its making must not become a step that could bring it back.
+    connect(&taskHistory(), &TaskHistory::interrupting, list, &TaskListWidget::discardEmptyTask);
     connect(&taskHistory(), &TaskHistory::stepDone, this, &HistoryView::_onStepDone);
     connect(&taskHistory(), &TaskHistory::replacedContent, this, &HistoryView::_onReplaced);
 }
@@ -90,6 +99,9 @@ void HistoryView::redo()
 void HistoryView::_run(void (TaskHistory::*way)())
 {
     if (dynamic_singleton<DragHelper>::inst().isDragging())
+        return;
+    // The last thing done is then the opening of its form.
+    if (m_list->discardEmptyTask())
         return;
     m_list->endEditing();
     (taskHistory().*way)();

@@ -62,6 +62,14 @@ void TaskListWidget::endEditing()
     stopEditing(m_edited, false);
 }
 
+bool TaskListWidget::discardEmptyTask()
+{
+    if (!m_edited || !_isEmptyAndNew(m_rows.edited()))
+        return false;
+    endEditing();
+    return true;
+}
+
 /// A new task that nothing was entered for.
 bool TaskListWidget::_isEmptyAndNew(qsizetype row) const
 {

@@ -52,6 +52,8 @@ public:
     /// Selects those of the tasks that the group holds, the first one as the current one and in
     /// view; a running edit ends first.
     void showTasks(const QSet<TodoTask::Id>& ids);
+    /// Takes away a new task that nothing was entered for. Returns whether one was being edited.
+    bool discardEmptyTask();
     /// Ends the running edit, if any. To be called before the window is taken apart.
     void endEditing();
     /// A new task that was left empty vanishes.

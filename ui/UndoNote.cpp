@@ -60,7 +60,9 @@ UndoNote::UndoNote(const QString& text, EOffer offer, QWidget* area)
     // What the area lies in moves it as well.
     for (QWidget* moved = area; moved != window(); moved = moved->parentWidget())
         moved->installEventFilter(this);
-    UndoNote::retranslateUI();
+    m_button->setText(m_offer == undo ? tr("Undo") : tr("Redo"));
+    m_button->setAccessibleName(m_button->text());
+    _place();
     raise();
 }
 
@@ -78,11 +80,10 @@ void UndoNote::_click()
     Q_EMIT wanted();
 }
 
+/// What it tells is in the language of before.
 void UndoNote::retranslateUI()
 {
-    m_button->setText(m_offer == undo ? tr("Undo") : tr("Redo"));
-    m_button->setAccessibleName(m_offer == undo ? tr("Undo") : tr("Redo"));
-    _place();
+    dismiss();
 }
 
 bool UndoNote::eventFilter(QObject* watched, QEvent* event)

@@ -17,6 +17,7 @@
 #include "ui/icons/PictureIcon.h"
 
 #include <QCoreApplication>
+#include <QKeyEvent>
 #include <QShortcut>
 
 #include <algorithm>
@@ -47,13 +48,15 @@ struct WindowCommands::Entry
     void (*run)(WindowCommands&);
     bool (*isEnabled)(const WindowCommands&) = [](const WindowCommands&) { return true; };
     const char* picture = "";
-    QString (*makeText)() = [] { return QString(); };
+    QString (*makeText)() = nullptr;
+    QList<QKeySequence> alsoInList = {};
 };
 
 const QList<WindowCommands::Entry>& WindowCommands::_entries()
 {
     using C = WindowCommands;
     static const auto anySelected = [](const C& c) { return c.m_list->rows().selectedCount() > 0; };
+    static const auto anyTask = [](const C& c) { return c.m_list->rows().count() > 0; };
     static const auto ownGroup = [](const C& c) {
         return TaskStorage::isCustom(c.m_groups->groupId());
     };
@@ -63,13 +66,22 @@ const QList<WindowCommands::Entry>& WindowCommands::_entries()
          {shortcuts::newTask},
          [](C&) { actions().newTask()->trigger(); },
          [](const C&) { return actions().newTask()->isEnabled(); },
-         ":/icons/toolbar_new"},
+         ":/icons/toolbar_new",
+         {},
+         {Qt::SHIFT | Qt::Key_Return}},
         {QT_TR_NOOP("Edit task"),
          Entry::ofWindow,
          {shortcuts::editTask},
          [](C&) { actions().editTask()->trigger(); },
          [](const C&) { return actions().editTask()->isEnabled(); },
-         ":/icons/toolbar_edit"},
+         ":/icons/toolbar_edit",
+         {},
+         {Qt::Key_Return}},
+        {QT_TR_NOOP("Leave the form"),
+         Entry::ofList,
+         {Qt::Key_Escape},
+         [](C& c) { c.m_list->endEditing(); },
+         [](const C& c) { return c.m_list->rows().edited() >= 0; }},
         {QT_TR_NOOP("Tick or untick"),
          Entry::ofList,
          {Qt::Key_Space},
@@ -104,7 +116,7 @@ const QList<WindowCommands::Entry>& WindowCommands::_entries()
          Entry::ofList,
          {Qt::CTRL | Qt::Key_A},
          [](C& c) { c.m_list->selectAll(); },
-         [](const C& c) { return c.m_list->rows().count() > 0; }},
+         anyTask},
         {QT_TR_NOOP("Copy tasks"),
          Entry::ofList,
          {Qt::CTRL | Qt::Key_C},
@@ -115,6 +127,31 @@ const QList<WindowCommands::Entry>& WindowCommands::_entries()
          {Qt::CTRL | Qt::Key_V},
          [](C& c) { c.m_list->pasteTasks(); },
          [](const C& c) { return !TaskStorage::isArchive(c.m_groups->groupId()); }},
+        {QT_TR_NOOP("Next and previous task"),
+         Entry::ofList,
+         {Qt::Key_Down, Qt::Key_Up},
+         [](C& c) { c._press(Qt::Key_Down); },
+         anyTask},
+        {QT_TR_NOOP("A page down and up"),
+         Entry::ofList,
+         {Qt::Key_PageDown, Qt::Key_PageUp},
+         [](C& c) { c._press(Qt::Key_PageDown); },
+         anyTask},
+        {QT_TR_NOOP("First and last task"),
+         Entry::ofList,
+         {Qt::Key_Home, Qt::Key_End},
+         [](C& c) { c._press(Qt::Key_Home); },
+         anyTask},
+        {QT_TR_NOOP("Extend or shrink the selection"),
+         Entry::ofList,
+         {Qt::SHIFT | Qt::Key_Down, Qt::SHIFT | Qt::Key_Up},
+         [](C& c) { c._press(Qt::SHIFT | Qt::Key_Down); },
+         anyTask},
+        {QT_TR_NOOP("Edit the task that was found"),
+         Entry::ofList,
+         {Qt::CTRL | Qt::Key_Return},
+         [](C&) {},
+         [](const C&) { return false; }},
         {QT_TR_NOOP("Add group"), Entry::ofWindow, {}, [](C& c) { c.m_groups->_onAddGroup(); }},
         {QT_TR_NOOP("Edit group"),
          Entry::ofWindow,
@@ -126,6 +163,13 @@ const QList<WindowCommands::Entry>& WindowCommands::_entries()
          {},
          [](C& c) { c.m_groups->_onRemoveGroup(); },
          ownGroup},
+        {QT_TR_NOOP("Empty the Trash"),
+         Entry::ofWindow,
+         {},
+         [](C& c) { c.m_groups->_onEmptyTrash(); },
+         [](const C&) {
+             return !taskStorage().getGroup(TaskStorage::ms_trashId).tasks().isEmpty();
+         }},
         {QT_TR_NOOP("Menu of the group"),
          Entry::ofList,
          {Qt::SHIFT | Qt::Key_F10, Qt::Key_Menu},
@@ -200,7 +244,7 @@ QList<Command> WindowCommands::all()
     QList<Command> commands;
     for (const Entry& entry : _entries()) {
         QStringList keys;
-        for (const QKeySequence& sequence : entry.keys)
+        for (const QKeySequence& sequence : entry.keys + entry.alsoInList)
             keys += shortcuts::textOf(sequence);
         Command command;
         command.text = entry.text ? tr(entry.text) : entry.makeText();
@@ -255,6 +299,14 @@ void WindowCommands::_showTask(const TodoTask::Id& id, bool edit)
     m_list->setFocus(Qt::OtherFocusReason);
     if (edit)
         m_list->editTask();
+}
+
+/// As if in the list, which an open form would keep from most keys.
+void WindowCommands::_press(QKeyCombination key)
+{
+    m_list->endEditing();
+    QKeyEvent event(QEvent::KeyPress, key.key(), key.keyboardModifiers());
+    QCoreApplication::sendEvent(m_list, &event);
 }
 
 void WindowCommands::_moveGroup(int by)

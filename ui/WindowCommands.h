@@ -4,6 +4,7 @@
 #include "ui/find/Command.h"
 #include "ui/find/FindPanel.h"
 
+#include <QKeyCombination>
 #include <QObject>
 #include <QPointer>
 
@@ -30,6 +31,7 @@ private:
     [[nodiscard]] static const QList<Entry>& _entries();
     void _find(FindPanel::EMode mode);
     void _showTask(const TodoTask::Id& id, bool edit);
+    void _press(QKeyCombination key);
     void _moveGroup(int by);
     void _showBackups();
 

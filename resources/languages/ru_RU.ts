@@ -933,5 +933,33 @@ Quit: %2</source>
         <source>Quit</source>
         <translation>Выйти</translation>
     </message>
+    <message>
+        <source>Leave the form</source>
+        <translation>Закрыть форму</translation>
+    </message>
+    <message>
+        <source>Next and previous task</source>
+        <translation>Следующая и предыдущая задача</translation>
+    </message>
+    <message>
+        <source>A page down and up</source>
+        <translation>Страница вниз и вверх</translation>
+    </message>
+    <message>
+        <source>First and last task</source>
+        <translation>Первая и последняя задача</translation>
+    </message>
+    <message>
+        <source>Extend or shrink the selection</source>
+        <translation>Расширить или сузить выделение</translation>
+    </message>
+    <message>
+        <source>Edit the task that was found</source>
+        <translation>Изменить найденную задачу</translation>
+    </message>
+    <message>
+        <source>Empty the Trash</source>
+        <translation>Очистить корзину</translation>
+    </message>
 </context>
 </TS>

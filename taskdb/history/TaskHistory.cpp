@@ -67,6 +67,8 @@ TaskHistory::~TaskHistory()
 
 void TaskHistory::begin(const HistoryAction& action)
 {
+    if (!m_running.isEmpty())
+        Q_EMIT interrupting();
     _cut();
     m_running.append(action);
 }
@@ -109,7 +111,7 @@ void TaskHistory::_push(const Step& step)
 
 EAction TaskHistory::actionToUndo() const
 {
-    if (!replaced.isEmpty() && !m_running.isEmpty())
+    if (!m_running.isEmpty() && _changesNow())
         return m_running.constLast().kind;
     return m_done.empty() ? EAction::other : m_done.back().action.kind;
 }
@@ -117,6 +119,14 @@ EAction TaskHistory::actionToUndo() const
 EAction TaskHistory::actionToRedo() const
 {
     return m_undone.empty() ? EAction::other : m_undone.back().action.kind;
+}
+
+/// Whether what was changed since the last step is not as it was before.
+bool TaskHistory::_changesNow() const
+{
+    StoreDelta changed = replaced;
+    m_store.prune(changed);
+    return !changed.isEmpty();
 }
 
 void TaskHistory::undo()

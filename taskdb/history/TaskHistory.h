@@ -91,7 +91,7 @@ public:
     void apply(const HistoryAction& action, const StoreDelta& delta);
 
     /// Changes of the step that is running count as one.
-    [[nodiscard]] size_t undoCount() const { return m_done.size() + (replaced.isEmpty() ? 0 : 1); }
+    [[nodiscard]] size_t undoCount() const { return m_done.size() + (_changesNow() ? 1 : 0); }
     [[nodiscard]] bool canUndo() const { return undoCount() > 0; }
     [[nodiscard]] bool canRedo() const { return !m_undone.empty(); }
     /// What undo() would undo, and redo() redo.
@@ -104,6 +104,8 @@ public:
 Q_SIGNALS:
     /// The store was changed. With the store's lock held, for every single change.
     void touched();
+    /// Another step begins within the one that is running.
+    void interrupting();
     /// A step is complete. Not told of those that apply() makes.
     void stepDone(const HistoryAction& action);
     /// undo(), redo() or apply() have changed the store, also groups, of which it tells nothing.
@@ -118,6 +120,7 @@ private:
 
     void changeCounted() override;
     void _cut();
+    [[nodiscard]] bool _changesNow() const;
     void _push(const Step& step);
     void _exchange(std::deque<Step>& from, std::deque<Step>& to, HistoryChange::EWay way);
 

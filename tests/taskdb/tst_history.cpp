@@ -23,13 +23,19 @@ const FocusGroup::Id& inbox = TaskStorage::ms_inboxId;
 const FocusGroup::Id& trash = TaskStorage::ms_trashId;
 const QByteArray end = "</todos></taskdb>\n";
 
+/// The database, behind the groups that there are.
 QByteArray written(const TaskStorage& store)
 {
+    QList<FocusGroup::Id> groups;
+    store.enumGroups(groups);
+    QByteArray ids;
+    for (const FocusGroup::Id& id : std::as_const(groups))
+        ids += id.toByteArray();
     TaskStorageSnapsot snapshot;
     store.takeSnapshot(snapshot);
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
-    return TaskStorageWriter().write(&buffer, snapshot) ? buffer.data() : QByteArray();
+    return TaskStorageWriter().write(&buffer, snapshot) ? ids + buffer.data() : QByteArray();
 }
 
 /// Does to a store whatever can be done to it.
@@ -174,8 +180,13 @@ void HistoryTest::everythingCanBeTakenBack()
                 QCOMPARE(now, back.value(place));
         }
     };
-    for (const bool backwards : {true, false, true, false})
+    QList<FocusGroup::Id> later;
+    store().enumGroups(later);
+    for (const bool backwards : {true, false, true, false}) {
         visit(backwards);
+        for (const FocusGroup::Id& id : std::as_const(later))
+            QCOMPARE(store().getGroup(id).id().isNull(), backwards && TaskStorage::isCustom(id));
+    }
     QCOMPARE(written(store()), forth.last());
 }
 

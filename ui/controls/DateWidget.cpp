@@ -196,6 +196,8 @@ void DateWidget::_onEditGotFocus(bool focused)
 {
     if (focused)
         showCalendarPopup(true);
+    else if (window()->isActiveWindow() && !QApplication::activePopupWidget())
+        _stepAside(); // for what has the focus now and may lie below the calendar
 }
 
 void DateWidget::_onCalendarDateChanged(const QDateTime& dateTime)

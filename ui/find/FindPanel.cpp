@@ -15,6 +15,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <tuple>
 #include <utility>
 
 namespace {
@@ -292,29 +293,40 @@ void FindPanel::_onStoreChanged()
     m_search->start(m_field->text());
 }
 
-/// All of them, without words to look for; else the best first.
+/// All of them, without words to look for; else the best first, and groups before others.
 QList<Command> FindPanel::_matchingCommands() const
 {
     if (m_query.isEmpty())
         return m_commands;
-    QList<std::pair<TaskQuery::ERank, qsizetype>> matches;
+    QList<std::tuple<TaskQuery::ERank, bool, qsizetype>> matches;
     for (qsizetype i = 0; i < m_commands.size(); ++i) {
         const TaskQuery::ERank rank = m_query.match(m_commands.at(i).text);
         if (rank != TaskQuery::NoMatch)
-            matches.append({rank, i});
+            matches.append({rank, m_commands.at(i).group.isNull(), i});
     }
     std::sort(matches.begin(), matches.end());
     QList<Command> commands;
-    for (const auto& [rank, place] : std::as_const(matches))
+    for (const auto& [rank, isNoGroup, place] : std::as_const(matches))
         commands.append(m_commands.at(place));
     return commands;
+}
+
+/// Groups that begin with the text stand before the tasks. No command does: Return after the name
+/// of a task must not run one.
+qsizetype FindPanel::_leading(const QList<Command>& commands) const
+{
+    const auto other = std::find_if(commands.cbegin(), commands.cend(), [this](const auto& one) {
+        return one.group.isNull() || m_query.match(one.text) != TaskQuery::StartsName;
+    });
+    return other - commands.cbegin();
 }
 
 void FindPanel::_showResults(bool sameText)
 {
     m_hasResults = true;
     m_list->setEmptyText(m_isComplete ? tr("Nothing found") : QString());
-    m_list->setResults(_matchingCommands(), m_tasks, m_query, sameText);
+    const QList<Command> commands = _matchingCommands();
+    m_list->setResults(commands, _leading(commands), m_tasks, m_query, sameText);
     _place();
 }
 

@@ -19,7 +19,7 @@ class TaskSearch;
 
 /// Lies over a part of its window and keeps the focus for as long as it is there. Escape, a click
 /// beside it, or the focus going elsewhere in the window close it, which also ends its life. Every
-/// key that reaches it stays here; the window's shortcuts do not reach it. Follows the store.
+/// key that reaches it stays here; the window's shortcuts work on. Follows the store.
 class FindPanel : public LocalizedWidget
 {
     Q_OBJECT
@@ -65,6 +65,7 @@ private:
     void _onFound(const QList<TodoTask::Id>& ids, bool complete);
     void _onStoreChanged();
     [[nodiscard]] QList<Command> _matchingCommands() const;
+    [[nodiscard]] qsizetype _leading(const QList<Command>& commands) const;
     void _showResults(bool sameText);
 
     bool _takeKey(const QKeyEvent& event);

@@ -34,14 +34,15 @@ ResultList::ResultList(QWidget* parent)
     viewport()->setBackgroundRole(QPalette::Window);
 }
 
-void ResultList::setResults(const QList<Command>& commands, const QList<TodoTask::Id>& tasks,
-                            const TaskQuery& query, bool sameText)
+void ResultList::setResults(const QList<Command>& commands, qsizetype leading,
+                            const QList<TodoTask::Id>& tasks, const TaskQuery& query, bool sameText)
 {
     m_isChosen = m_isChosen && sameText;
     const Command* current = m_isChosen ? command(m_current) : nullptr;
     const Command wanted = current ? *current : Command();
     const TodoTask::Id wantedTask = m_isChosen ? taskId(m_current) : TodoTask::Id();
     m_commands = commands;
+    m_leading = leading;
     m_tasks = tasks;
     m_query = query;
     if (!sameText)
@@ -51,7 +52,7 @@ void ResultList::setResults(const QList<Command>& commands, const QList<TodoTask
     if (current)
         m_current = _placeOf(wanted);
     else if (!wantedTask.isNull() && m_tasks.contains(wantedTask))
-        m_current = static_cast<int>(m_tasks.indexOf(wantedTask));
+        m_current = static_cast<int>(m_leading + m_tasks.indexOf(wantedTask));
     if (m_current < 0) {
         m_isChosen = false;
         m_current = count() > 0 ? 0 : -1;
@@ -69,9 +70,10 @@ int ResultList::_placeOf(const Command& wanted) const
         std::find_if(m_commands.cbegin(), m_commands.cend(), [&wanted](const Command& one) {
             return one.group == wanted.group && (!one.group.isNull() || one.text == wanted.text);
         });
-    return found == m_commands.cend()
-               ? -1
-               : static_cast<int>(m_tasks.size() + (found - m_commands.cbegin()));
+    if (found == m_commands.cend())
+        return -1;
+    const qsizetype place = found - m_commands.cbegin();
+    return static_cast<int>(place < m_leading ? place : place + m_tasks.size());
 }
 
 void ResultList::forgetTasks()
@@ -95,13 +97,15 @@ int ResultList::count() const
 
 const Command* ResultList::command(int row) const
 {
-    const qsizetype place = row - m_tasks.size();
+    if (row >= m_leading && row < m_leading + m_tasks.size())
+        return nullptr;
+    const qsizetype place = row < m_leading ? row : row - m_tasks.size();
     return place >= 0 && place < m_commands.size() ? &m_commands.at(place) : nullptr;
 }
 
 TodoTask::Id ResultList::taskId(int row) const
 {
-    return m_tasks.value(row);
+    return m_tasks.value(row - m_leading);
 }
 
 QString ResultList::spokenRow(int row) const
@@ -155,17 +159,22 @@ int ResultList::contentHeight() const
 
 int ResultList::_topOf(int row) const
 {
-    const int tasks = qMin(row, static_cast<int>(m_tasks.size()));
+    const int behindLeading = qMax(0, row - static_cast<int>(m_leading));
+    const int tasks = qMin(behindLeading, static_cast<int>(m_tasks.size()));
     return tasks * m_painter.taskHeight() + (row - tasks) * m_painter.commandHeight();
 }
 
 /// The last row that begins at or above a height in the contents.
 int ResultList::_rowOf(int y) const
 {
-    const int tasks = static_cast<int>(m_tasks.size());
-    const int commandsTop = _topOf(tasks);
-    return y < commandsTop ? y / m_painter.taskHeight()
-                           : tasks + (y - commandsTop) / m_painter.commandHeight();
+    const int leading = static_cast<int>(m_leading);
+    const int behindTasks = leading + static_cast<int>(m_tasks.size());
+    const int tasksTop = _topOf(leading);
+    const int restTop = _topOf(behindTasks);
+    if (y < tasksTop)
+        return y / m_painter.commandHeight();
+    return y < restTop ? leading + (y - tasksTop) / m_painter.taskHeight()
+                       : behindTasks + (y - restTop) / m_painter.commandHeight();
 }
 
 QRect ResultList::rowRect(int row) const

@@ -9,9 +9,9 @@
 #include <QAbstractScrollArea>
 #include <QCache>
 
-/// Tasks, then commands. Each kind has one height, so that any number of rows is laid out by
-/// arithmetic, and a task is read when its row is painted or spoken. Takes no focus: whoever has it
-/// moves the current row. Rows are numbered from the top.
+/// Some commands, the tasks, the other commands. Each kind has one height, so that any number of
+/// rows is laid out by arithmetic, and a task is read when its row is painted or spoken. Takes no
+/// focus: whoever has it moves the current row. Rows are numbered from the top.
 class ResultList : public QAbstractScrollArea
 {
     Q_OBJECT
@@ -22,8 +22,9 @@ public:
     /// Replaces everything. The first row becomes current. `sameText`: these answer the same text
     /// as the ones before: the scroll position stays, and so does a current row that was chosen, on
     /// its command or task, if that is still there.
-    void setResults(const QList<Command>& commands, const QList<TodoTask::Id>& tasks,
-                    const TaskQuery& query, bool sameText);
+    /// `leading`: how many of the commands stand before the tasks.
+    void setResults(const QList<Command>& commands, qsizetype leading,
+                    const QList<TodoTask::Id>& tasks, const TaskQuery& query, bool sameText);
     /// The store has changed: tasks are read anew.
     void forgetTasks();
     /// Stands in the place of the rows where there are none; not if empty.
@@ -74,6 +75,7 @@ private:
     void _updateScrollBar();
 
     QList<Command> m_commands;
+    qsizetype m_leading = 0; // of them stand before the tasks
     QList<TodoTask::Id> m_tasks;
     TaskQuery m_query;
     QString m_emptyText;
