@@ -180,7 +180,7 @@ void find()
     line("key to first results, the slowest", slowestFirst, 16, "ms");
     line("key to all results, the slowest", slowestAll, 120, "ms");
     line("  longest hold of the interface, median", median(holds), 8, "ms");
-    line("  the longest of all", *std::max_element(holds.cbegin(), holds.cend()), 0, "ms");
+    line("  the longest of all", *std::max_element(holds.cbegin(), holds.cend()), 8, "ms");
 }
 
 constexpr std::array<Figure, 1> figures{{{"find", find}}};

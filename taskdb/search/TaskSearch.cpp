@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <compare>
 #include <limits>
+#include <sys/resource.h>
+#include <unistd.h>
 #include <utility>
 #include <vector>
 
@@ -107,6 +109,8 @@ void TaskSearch::start(const QString& text)
 
 void TaskSearch::_work(const std::stop_token& stop)
 {
+    // The interface comes first, wherever there are fewer processors than threads.
+    ::setpriority(PRIO_PROCESS, static_cast<id_t>(::gettid()), 10);
     while (!stop.stop_requested()) {
         std::unique_lock lock(m_mutex);
         if (!m_wake.wait(lock, stop, [this] { return m_next.has_value(); }))
